@@ -1,0 +1,22 @@
+# Install rules and the CMake package: hosts write
+#   find_package(QanResources CONFIG REQUIRED)
+#   target_link_libraries(host PRIVATE QanResources::QanResources)
+include(CMakePackageConfigHelpers)
+
+install(TARGETS QanResources EXPORT QanResourcesTargets
+        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY include/framework DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+set(QANRES_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/QanResources)
+install(EXPORT QanResourcesTargets NAMESPACE QanResources:: DESTINATION ${QANRES_CMAKE_DIR})
+configure_package_config_file(cmake/QanResourcesConfig.cmake.in
+                              ${PROJECT_BINARY_DIR}/QanResourcesConfig.cmake
+                              INSTALL_DESTINATION ${QANRES_CMAKE_DIR})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/QanResourcesConfigVersion.cmake
+                                 COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/QanResourcesConfig.cmake
+              ${PROJECT_BINARY_DIR}/QanResourcesConfigVersion.cmake
+        DESTINATION ${QANRES_CMAKE_DIR})

@@ -1,0 +1,35 @@
+// CursorResourceCollection.h: cursor keys to (module, resource id) through the cursor
+// table stored as raw-data resource 2 of the platform icon library "QanIcons.dll".
+#pragma once
+
+#include "service/ResourceCollection.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace Framework::Internal {
+
+struct CursorEntry {
+    QanStringT<wchar_t> name;
+    std::uint32_t id = 0;
+};
+
+class CursorResourceCollection final : public IdCollection {
+public:
+    CursorResourceCollection();
+    // Releases the platform icon library if one was loaded.
+    ~CursorResourceCollection() override;
+
+    std::optional<Resources::ResourceID> GetResource(const QanStringT<wchar_t>& key) const override;
+
+    // Takes ownership of module (may be null) and, when it is loaded, reads its cursor
+    // table. A negative stored count throws std::length_error, as sizing a vector does.
+    void LoadFromModule(HINSTANCE module);
+
+private:
+    struct Record;
+    std::unique_ptr<Record> record;
+};
+
+} // namespace Framework::Internal

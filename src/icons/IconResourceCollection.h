@@ -1,0 +1,37 @@
+// IconResourceCollection.h: icon keys to icon and PNG paths through "icons.map.xml".
+#pragma once
+
+#include "service/ResourceCollection.h"
+
+#include <memory>
+#include <vector>
+
+namespace Framework::Internal {
+
+struct IconMapEntry {
+    QanStringT<wchar_t> key;
+    QanStringT<wchar_t> fileName;
+};
+
+class IconResourceCollection final : public IdCollection {
+public:
+    IconResourceCollection();
+    ~IconResourceCollection() override;
+
+    std::optional<Resources::ResourceID> GetResource(const QanStringT<wchar_t>& key) const override;
+
+    // The map in file order; filled once by LoadIconMap at service construction.
+    std::vector<IconMapEntry>& Entries() { return *entries; }
+
+private:
+    std::unique_ptr<std::vector<IconMapEntry>> entries;
+};
+
+// Replaces entries with the map read from path; a missing or malformed file leaves
+// entries as they were. Never throws its own failure.
+void LoadIconMap(std::vector<IconMapEntry>& entries, const wchar_t* path);
+
+// The platform's own icon collection: always empty, and still asked by GetIcon.
+std::unique_ptr<IdCollection> LoadPlatformIconResourceCollection();
+
+} // namespace Framework::Internal

@@ -1,0 +1,4 @@
+target_sources(QanResourcesObjects PRIVATE
+    legacy/LegacyGuidIndex.cpp
+    legacy/LegacyResourceCollection.cpp
+    legacy/LegacyStringLookup.cpp)

@@ -1,0 +1,61 @@
+// Platform.h: everything the library asks of the operating system, behind one interface.
+// Windows and POSIX each implement it; tests install their own through SetPlatformForTests.
+#pragma once
+
+#include <framework/Handle.h>
+#include <framework/QanString.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+namespace Framework::Platform {
+
+// Where a stock icon lives: the module file and the icon's index in it, as the shell
+// reports it (a resource id appears as a negative index).
+struct StockIconLocation {
+    QanStringT<wchar_t> modulePath;
+    int iconIndex = 0;
+};
+
+class IPlatform {
+public:
+    virtual ~IPlatform() = default;
+
+    // The whole file as one owned buffer, or null when it cannot be read (missing,
+    // a folder, no permission). size receives the byte count of a read file.
+    virtual std::unique_ptr<char[]> ReadFileInfoBuffer(const wchar_t* path,
+                                                       std::uint64_t& size) const = 0;
+    virtual bool Exists(const QanStringT<wchar_t>& path) const = 0;
+    virtual bool IsFile(const QanStringT<wchar_t>& path) const = 0;
+    virtual bool IsFolder(const QanStringT<wchar_t>& path) const = 0;
+
+    // Directory of the running executable, without a trailing separator.
+    virtual QanStringT<wchar_t> ExecutableDirectory() const = 0;
+
+    // Loads a module by bare name (the system's library search) or by path; null on
+    // failure. FreeModule releases what LoadModule returned.
+    virtual HINSTANCE LoadModule(const wchar_t* name) const = 0;
+    virtual void FreeModule(HINSTANCE module) const = 0;
+    // The bytes of raw-data resource id (type 10) of a loaded module; an empty span
+    // when the module has no such resource. The bytes live as long as the module.
+    virtual std::span<const std::byte> FindRawDataResource(HINSTANCE module, int id) const = 0;
+
+    // The shell's description of a stock icon; false when it cannot describe it.
+    virtual bool GetStockIconLocation(int stockIconId, StockIconLocation& location) const = 0;
+
+    // wcscpy_s: copies source with its terminator into destination of size characters.
+    // Returns 0 on success, an error number when destination is null, size is 0 or less
+    // or too small (destination then emptied where it can be).
+    virtual int CopyWide(wchar_t* destination, std::int64_t size, const wchar_t* source) const = 0;
+};
+
+// The platform in use: the system's own unless a test installed another.
+const IPlatform& CurrentPlatform();
+// Installs a borrowed platform; null returns to the system's own.
+void SetPlatformForTests(const IPlatform* platform);
+// The system's own implementation, for fakes that forward part of their work to it.
+const IPlatform& SystemPlatform();
+
+} // namespace Framework::Platform

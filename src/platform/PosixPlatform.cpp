@@ -1,0 +1,145 @@
+// The POSIX implementation of the platform interface.
+#include "platform/MappedModule.h"
+#include "platform/Platform.h"
+#include "platform/Utf8.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cwchar>
+#include <fcntl.h>
+#include <limits.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Framework::Platform {
+namespace {
+
+QanStringT<char> Narrow(const QanStringT<wchar_t>& path) { return Utf8::Encode(path); }
+
+bool StatPath(const QanStringT<wchar_t>& path, struct stat& info) {
+    if (path.empty())
+        return false;
+    return ::stat(Narrow(path).c_str(), &info) == 0;
+}
+
+bool HasSeparator(const wchar_t* name) { return std::wcschr(name, L'/') != nullptr; }
+
+class PosixPlatform final : public IPlatform {
+public:
+    std::unique_ptr<char[]> ReadFileInfoBuffer(const wchar_t* path,
+                                               std::uint64_t& size) const override {
+        size = 0;
+        if (!path || !*path)
+            return nullptr;
+        const int fd = ::open(Utf8::Encode(path).c_str(), O_RDONLY | O_CLOEXEC);
+        if (fd < 0)
+            return nullptr;
+        std::unique_ptr<char[]> buffer;
+        struct stat info {};
+        if (::fstat(fd, &info) == 0 && S_ISREG(info.st_mode)) {
+            const auto length = static_cast<std::uint64_t>(info.st_size);
+            // One byte more than the file so that even an empty file yields a buffer.
+            buffer.reset(new char[length + 1]);
+            std::uint64_t done = 0;
+            while (done < length) {
+                const ssize_t got = ::read(fd, buffer.get() + done, length - done);
+                if (got < 0 && errno == EINTR)
+                    continue;
+                if (got <= 0)
+                    break;
+                done += static_cast<std::uint64_t>(got);
+            }
+            if (done == length) {
+                buffer[length] = '\0';
+                size = length;
+            } else {
+                buffer.reset();
+            }
+        }
+        ::close(fd);
+        return buffer;
+    }
+
+    bool Exists(const QanStringT<wchar_t>& path) const override {
+        struct stat info {};
+        return StatPath(path, info);
+    }
+    bool IsFile(const QanStringT<wchar_t>& path) const override {
+        struct stat info {};
+        return StatPath(path, info) && S_ISREG(info.st_mode);
+    }
+    bool IsFolder(const QanStringT<wchar_t>& path) const override {
+        struct stat info {};
+        return StatPath(path, info) && S_ISDIR(info.st_mode);
+    }
+
+    QanStringT<wchar_t> ExecutableDirectory() const override {
+        char buffer[PATH_MAX];
+        const ssize_t length = ::readlink("/proc/self/exe", buffer, sizeof buffer - 1);
+        if (length <= 0)
+            return {};
+        QanStringT<char> path(buffer, static_cast<std::size_t>(length));
+        const auto slash = path.rfind('/');
+        path.resize(slash == QanStringT<char>::npos ? 0 : (slash == 0 ? 1 : slash));
+        return Utf8::Decode(path);
+    }
+
+    // A bare name is looked for beside the executable, then in each directory of
+    // LD_LIBRARY_PATH, never in the current directory; a path is opened as given.
+    HINSTANCE LoadModule(const wchar_t* name) const override {
+        if (!name || !*name)
+            return nullptr;
+        if (HasSeparator(name))
+            return OpenMappedModule(Utf8::Encode(name));
+        const QanStringT<char> file = Utf8::Encode(name);
+        const QanStringT<char> exeDir = Utf8::Encode(ExecutableDirectory());
+        if (!exeDir.empty())
+            if (HINSTANCE module = OpenMappedModule(exeDir + "/" + file))
+                return module;
+        if (const char* searchPath = std::getenv("LD_LIBRARY_PATH")) {
+            std::string_view rest(searchPath);
+            while (!rest.empty()) {
+                const auto colon = rest.find(':');
+                const std::string_view dir = rest.substr(0, colon);
+                rest = colon == std::string_view::npos ? std::string_view{} : rest.substr(colon + 1);
+                if (dir.empty())
+                    continue; // an empty entry would mean the current directory
+                if (HINSTANCE module = OpenMappedModule(QanStringT<char>(dir) + "/" + file))
+                    return module;
+            }
+        }
+        return nullptr;
+    }
+    void FreeModule(HINSTANCE module) const override { CloseMappedModule(module); }
+    std::span<const std::byte> FindRawDataResource(HINSTANCE module, int id) const override {
+        return MappedModuleRawData(module, id);
+    }
+
+    // Only the Windows shell can describe its stock icons.
+    bool GetStockIconLocation(int, StockIconLocation&) const override { return false; }
+
+    int CopyWide(wchar_t* destination, std::int64_t size, const wchar_t* source) const override {
+        if (!destination || size <= 0)
+            return EINVAL;
+        if (!source) {
+            destination[0] = L'\0';
+            return EINVAL;
+        }
+        const std::size_t length = std::wcslen(source);
+        if (static_cast<std::uint64_t>(length) >= static_cast<std::uint64_t>(size)) {
+            destination[0] = L'\0';
+            return ERANGE;
+        }
+        std::wmemcpy(destination, source, length + 1);
+        return 0;
+    }
+};
+
+} // namespace
+
+const IPlatform& SystemPlatform() {
+    static const PosixPlatform platform;
+    return platform;
+}
+
+} // namespace Framework::Platform

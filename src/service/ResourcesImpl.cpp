@@ -1,0 +1,185 @@
+#include "service/ResourcesImpl.h"
+
+#include "icons/CursorResourceCollection.h"
+#include "icons/IconResourceCollection.h"
+#include "legacy/LegacyResourceCollection.h"
+#include "legacy/LegacyStringLookup.h"
+#include "platform/Path.h"
+#include "platform/Platform.h"
+#include "service/LegacyStringLoader.h"
+#include "service/Settings.h"
+#include "strings/StringResourceCollection.h"
+#include "text/FindTaggedField.h"
+
+#include <framework/TextParser.h>
+
+namespace Framework::Internal {
+namespace {
+
+// Windows stock-icon identifiers (SHSTOCKICONID) of the four icons every host can ask for.
+constexpr int kStockIconWarning = 78;
+constexpr int kStockIconError = 80;
+constexpr int kStockIconInfo = 79;
+constexpr int kStockIconHelp = 23;
+
+std::unique_ptr<IdCollection> MakeIconCollection(const Settings& settings) {
+    auto icons = std::make_unique<IconResourceCollection>();
+    // Whether the map is read depends on the icon directory, while the map itself lives
+    // in the resource directory. Intended: hosts without icons skip the parse.
+    if (!settings.iconDirectory.empty()) {
+        const auto path = Path::Combine(settings.resourceDirectory, L"icons.map.xml");
+        LoadIconMap(icons->Entries(), path.c_str());
+    }
+    return icons;
+}
+
+std::unique_ptr<IdCollection> MakeCursorCollection() {
+    auto cursors = std::make_unique<CursorResourceCollection>();
+    cursors->LoadFromModule(Platform::CurrentPlatform().LoadModule(L"QanIcons.dll"));
+    return cursors;
+}
+
+std::unique_ptr<LegacyCollection> MakeLegacyCollection() {
+    auto legacy = std::make_unique<LegacyResourceCollection>();
+    legacy->AddStockIcon(kStockIconWarning, L"StockIcon::Warning");
+    legacy->AddStockIcon(kStockIconError, L"StockIcon::Error");
+    legacy->AddStockIcon(kStockIconInfo, L"StockIcon::Info");
+    legacy->AddStockIcon(kStockIconHelp, L"StockIcon::Help");
+    return legacy;
+}
+
+// The wanted field of a tagged text loaded from a legacy module. Kinds other than 1 to 3
+// keep the whole text.
+QanStringT<wchar_t> ExtractKind(const QanStringT<wchar_t>& text, StringKind kind) {
+    QanStringT<wchar_t> field = text;
+    switch (kind) {
+    case Caption:
+        TextParser::GetCaptionText(text.c_str(), field);
+        break;
+    case TooltipHeader:
+        FindTaggedField(text, L"TH", field);
+        break;
+    case TooltipBody:
+        TextParser::GetTipText(text.c_str(), field);
+        break;
+    default:
+        break;
+    }
+    return field;
+}
+
+} // namespace
+
+ResourcesImpl::ResourcesImpl() {
+    const Settings& settings = ProcessSettings();
+    stringCollection = std::make_unique<StringResourceCollection>();
+    iconCollection = MakeIconCollection(settings);
+    platformIconCollection = LoadPlatformIconResourceCollection();
+    cursorCollection = MakeCursorCollection();
+    legacyGuids = std::make_unique<LegacyGuidIndex>(BuildLegacyGuidIndex());
+    legacyCollection = MakeLegacyCollection();
+}
+
+ResourcesImpl::ResourcesImpl(std::unique_ptr<StringCollection> strings,
+                             std::unique_ptr<IdCollection> icons,
+                             std::unique_ptr<IdCollection> platformIcons,
+                             std::unique_ptr<IdCollection> cursors, LegacyGuidIndex guids,
+                             std::unique_ptr<LegacyCollection> legacy)
+    : stringCollection(std::move(strings)), iconCollection(std::move(icons)),
+      platformIconCollection(std::move(platformIcons)), cursorCollection(std::move(cursors)),
+      legacyGuids(std::make_unique<LegacyGuidIndex>(std::move(guids))),
+      legacyCollection(std::move(legacy)) {}
+
+ResourcesImpl::~ResourcesImpl() = default;
+
+QanStringT<wchar_t> ResourcesImpl::GetString(const QanStringT<wchar_t>& key,
+                                             StringKind kind) const {
+    if (!stringCollection)
+        return {};
+    if (auto text = stringCollection->GetResource(key, kind))
+        return std::move(*text);
+    if (!legacyCollection)
+        return {};
+    std::optional<Resources::ResourceID> entry;
+    legacyCollection->GetResource(entry, key, Resources::String);
+    if (!entry)
+        return {};
+    QanStringT<wchar_t> text =
+        LoadLegacyString(entry->module, static_cast<std::uint32_t>(entry->id));
+    if (text.empty() || kind == String || kind > TooltipBody)
+        return text;
+    return ExtractKind(text, kind);
+}
+
+Resources::ResourceID ResourcesImpl::GetIcon(const QanStringT<wchar_t>& key) const {
+    if (iconCollection)
+        if (auto hit = iconCollection->GetResource(key))
+            return std::move(*hit);
+    // Always empty, asked all the same: the platform's own icons come through here.
+    if (platformIconCollection)
+        if (auto hit = platformIconCollection->GetResource(key))
+            return std::move(*hit);
+    if (legacyCollection) {
+        std::optional<Resources::ResourceID> hit;
+        legacyCollection->GetResource(hit, key, Resources::Icon);
+        if (hit)
+            return std::move(*hit);
+    }
+    return {};
+}
+
+Resources::ResourceID ResourcesImpl::GetCursor(const QanStringT<wchar_t>& key) const {
+    if (cursorCollection)
+        if (auto hit = cursorCollection->GetResource(key))
+            return std::move(*hit);
+    if (legacyCollection) {
+        std::optional<Resources::ResourceID> hit;
+        legacyCollection->GetResource(hit, key, Resources::Cursor);
+        if (hit)
+            return std::move(*hit);
+    }
+    return {};
+}
+
+QanStringT<wchar_t> ResourcesImpl::GetLegacyString(const QanStringT<wchar_t>& key) const {
+    const StringLookup getString = [this](const QanStringT<wchar_t>& k, StringKind kind) {
+        return ResourcesImpl::GetString(k, kind);
+    };
+    return ComposeLegacyText(getString, key, LegacyFieldOrder::BodyFirst);
+}
+
+QanStringT<wchar_t>
+ResourcesImpl::GetLegacyStringHeaderFirst(const QanStringT<wchar_t>& key) const {
+    const StringLookup getString = [this](const QanStringT<wchar_t>& k, StringKind kind) {
+        return ResourcesImpl::GetString(k, kind);
+    };
+    return ComposeLegacyText(getString, key, LegacyFieldOrder::HeaderFirst);
+}
+
+QanStringT<wchar_t> ResourcesImpl::GetLegacyGuid(QanStringViewT<char> component, int id) const {
+    static const LegacyGuidIndex emptyIndex;
+    const StringLookup getString = [this](const QanStringT<wchar_t>& k, StringKind kind) {
+        return ResourcesImpl::GetString(k, kind);
+    };
+    return Internal::GetLegacyGuid(legacyGuids ? *legacyGuids : emptyIndex, getString, component,
+                                   id, ProcessSettings().appName);
+}
+
+void ResourcesImpl::AddLegacyComponent(const wchar_t* component, HINSTANCE module) const {
+    if (legacyCollection)
+        legacyCollection->AddComponent(component, module);
+}
+
+void ResourcesImpl::RemoveLegacyComponent(const wchar_t* component) const {
+    if (legacyCollection)
+        legacyCollection->RemoveComponent(component);
+}
+
+void ResourcesImpl::AddLegacyResources(const wchar_t* component,
+                                       const Resources::RegistrarMapEntry* entries, int count,
+                                       Resources::ResourceType type) const {
+    if (legacyCollection)
+        legacyCollection->AddResources(component, entries, count, type);
+}
+
+} // namespace Framework::Internal

@@ -1,0 +1,12 @@
+#include "service/Settings.h"
+
+namespace Framework::Internal {
+
+namespace {
+// Built when the library loads, before any setter can run.
+Settings settings;
+} // namespace
+
+Settings& ProcessSettings() { return settings; }
+
+} // namespace Framework::Internal

@@ -1,0 +1,2 @@
+target_sources(QanResourcesObjects PRIVATE
+    strings/StringResourceCollection.cpp)

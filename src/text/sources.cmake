@@ -1,0 +1,3 @@
+target_sources(QanResourcesObjects PRIVATE
+    text/StripMenuText.cpp
+    text/TextParser.cpp)
