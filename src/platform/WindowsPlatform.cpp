@@ -8,6 +8,9 @@
 #include <algorithm>
 #include <wchar.h>
 
+// <windows.h> defines FreeModule as a macro for FreeLibrary; the interface has its own.
+#undef FreeModule
+
 #include "platform/Platform.h"
 
 namespace Framework::Platform {
