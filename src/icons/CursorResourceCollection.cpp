@@ -1,13 +1,56 @@
+// CursorResourceCollection.cpp: the cursor table of the platform icon library, searched
+// by exact name; the collection owns the library and frees it on destruction.
 #include "icons/CursorResourceCollection.h"
 
+#include "icons/CursorTable.h"
 #include "platform/Platform.h"
 
-// Placeholder until the cursor table lands: owns the module, knows no cursor.
 namespace Framework::Internal {
+namespace {
+
+// Index of the first entry of the equal range of key, or size when the range is empty.
+// The classic bisection of equal_range, run over the table's logical entries (the blank
+// tail included), so that an unsorted table answers as a vector search over it would.
+std::uint64_t EqualRangeFirst(const CursorTable& table, const QanStringT<wchar_t>& key) {
+    static const QanStringT<wchar_t> blank;
+    auto nameAt = [&](std::uint64_t i) -> const QanStringT<wchar_t>& {
+        return i < table.entries.size() ? table.entries[static_cast<std::size_t>(i)].name : blank;
+    };
+    std::uint64_t first = 0;
+    std::uint64_t length = table.Size();
+    while (length > 0) {
+        const std::uint64_t half = length / 2;
+        const std::uint64_t middle = first + half;
+        if (nameAt(middle) < key) {
+            first = middle + 1;
+            length -= half + 1;
+        } else if (key < nameAt(middle)) {
+            length = half;
+        } else {
+            // An equal element: the range starts at the lower bound of the left part;
+            // it is never empty from here.
+            std::uint64_t low = first;
+            std::uint64_t count = half;
+            while (count > 0) {
+                const std::uint64_t step = count / 2;
+                if (nameAt(low + step) < key) {
+                    low += step + 1;
+                    count -= step + 1;
+                } else {
+                    count = step;
+                }
+            }
+            return low;
+        }
+    }
+    return table.Size();
+}
+
+} // namespace
 
 struct CursorResourceCollection::Record {
     HINSTANCE module = nullptr;
-    std::vector<CursorEntry> entries;
+    CursorTable table;
 };
 
 CursorResourceCollection::CursorResourceCollection() : record(std::make_unique<Record>()) {}
@@ -18,10 +61,24 @@ CursorResourceCollection::~CursorResourceCollection() {
 }
 
 std::optional<Resources::ResourceID>
-CursorResourceCollection::GetResource(const QanStringT<wchar_t>&) const {
-    return std::nullopt;
+CursorResourceCollection::GetResource(const QanStringT<wchar_t>& key) const {
+    const CursorTable& table = record->table;
+    const std::uint64_t index = EqualRangeFirst(table, key);
+    if (index >= table.Size())
+        return std::nullopt;
+    Resources::ResourceID hit;
+    hit.module = record->module;
+    if (index < table.entries.size())
+        hit.id = static_cast<int>(table.entries[static_cast<std::size_t>(index)].id);
+    return hit;
 }
 
-void CursorResourceCollection::LoadFromModule(HINSTANCE module) { record->module = module; }
+void CursorResourceCollection::LoadFromModule(HINSTANCE module) {
+    record->module = module;
+    if (!module)
+        return;
+    // No check that the resource exists: a missing one reads as an empty archive.
+    record->table = ReadCursorTable(Platform::CurrentPlatform().FindRawDataResource(module, 2));
+}
 
 } // namespace Framework::Internal

@@ -2,9 +2,10 @@ target_sources(QanResourcesObjects PRIVATE
     platform/Platform.cpp
     platform/Path.cpp
     platform/Utf8.cpp
-    platform/MappedModule.cpp)
+    platform/PeResources.cpp)
 if(WIN32)
     target_sources(QanResourcesObjects PRIVATE platform/WindowsPlatform.cpp)
 else()
-    target_sources(QanResourcesObjects PRIVATE platform/PosixPlatform.cpp)
+    # Modules are PE files mapped read-only; the mapping code is POSIX-only.
+    target_sources(QanResourcesObjects PRIVATE platform/PosixPlatform.cpp platform/MappedModule.cpp)
 endif()
