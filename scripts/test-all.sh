@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# The whole test suite: Linux (optimised), AddressSanitizer + UndefinedBehaviorSanitizer,
+# ThreadSanitizer, and the Windows build under Wine. Installs what is missing first.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/install-deps.sh
+
+export WINEDEBUG=-all
+# One Wine server for the whole run instead of one per test process.
+if command -v wineserver >/dev/null; then
+    wineboot -i >/dev/null 2>&1 || true
+    wineserver -p >/dev/null 2>&1 || true
+fi
+
+presets=(${QANRES_PRESETS:-default asan tsan windows})
+for preset in "${presets[@]}"; do
+    echo "=== $preset: configure and build"
+    cmake --preset "$preset" -G Ninja >/dev/null
+    cmake --build --preset "$preset" -j2
+    echo "=== $preset: test"
+    ctest --preset "$preset"
+done

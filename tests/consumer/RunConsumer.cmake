@@ -1,0 +1,15 @@
+# Steps of the consumer test; any failing step fails the test with its output.
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
+    message("${out}")
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "step failed (${result}): ${ARGN}\n${err}")
+    endif()
+endfunction()
+
+file(REMOVE_RECURSE ${PREFIX} ${WORK})
+run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${PREFIX})
+run(${CMAKE_COMMAND} -S ${PROJECT_DIR} -B ${WORK} -G ${GENERATOR}
+    -DCMAKE_PREFIX_PATH=${PREFIX} -DCMAKE_BUILD_TYPE=Release)
+run(${CMAKE_COMMAND} --build ${WORK})
+run(${WORK}/consumer)
