@@ -1,16 +1,168 @@
+// StringResourceCollection.cpp: start-up texts, overrides and key tables at construction;
+// the full text file once, at the first look-up whose id the start-up texts lack.
 #include "strings/StringResourceCollection.h"
 
-// Placeholder until the string tables land: the collection knows no key.
+#include "platform/Path.h"
+#include "platform/Platform.h"
+#include "platform/Utf8.h"
+#include "service/Settings.h"
+#include "strings/CsvKeyTable.h"
+#include "strings/DecodeStringText.h"
+#include "strings/FindInTable.h"
+#include "strings/MergeOverrides.h"
+#include "strings/StringResourceLoadException.h"
+#include "strings/XmlStringTable.h"
+
+#include <chrono>
+#include <cstdint>
+#include <mutex>
+
 namespace Framework::Internal {
+namespace {
 
-struct StringResourceCollection::State {};
+// Marks the bounds of a loading phase. The readings exist so that the start-up cost can
+// be measured; nothing reads them and nothing is logged.
+void PhaseTimePoint() {
+    [[maybe_unused]] const auto now = std::chrono::steady_clock::now();
+}
 
-StringResourceCollection::StringResourceCollection() : state(std::make_unique<State>()) {}
+QanStringT<wchar_t> TextFilePath(const QanStringT<wchar_t>& directory, const wchar_t* baseName) {
+    // ".xml" is appended to the joined path as plain text, not joined as a name.
+    return Path::Combine(directory, baseName) + L".xml";
+}
+
+// A key narrowed to UTF-8. Plain ASCII keys of usual length are narrowed into a buffer on
+// the stack, so that a look-up allocates nothing but its result.
+class NarrowKey {
+public:
+    explicit NarrowKey(const QanStringT<wchar_t>& key) {
+        if (key.size() <= sizeof(small)) {
+            std::size_t i = 0;
+            for (; i < key.size() && static_cast<std::uint32_t>(key[i]) < 0x80; ++i)
+                small[i] = static_cast<char>(key[i]);
+            if (i == key.size()) {
+                view = QanStringViewT<char>(small, i);
+                return;
+            }
+        }
+        large = Utf8::Encode(key);
+        view = large;
+    }
+    NarrowKey(const NarrowKey&) = delete;
+    NarrowKey& operator=(const NarrowKey&) = delete;
+
+    QanStringViewT<char> View() const { return view; }
+
+private:
+    char small[256];
+    QanStringT<char> large;
+    QanStringViewT<char> view;
+};
+
+} // namespace
+
+struct StringResourceCollection::State {
+    StringTable strings;
+    StringTable stringKeys;
+    StringTable captionKeys;
+    StringTable tooltipHeaderKeys;
+    StringTable tooltipBodyKeys;
+    std::mutex lock; // guards strings, overrides and fullStringsLoaded
+    bool fullStringsLoaded = false;
+    StringTable overrides;
+
+    const StringTable* KeyTable(StringKind kind) const {
+        switch (kind) {
+        case String:
+            return &stringKeys;
+        case Caption:
+            return &captionKeys;
+        case TooltipHeader:
+            return &tooltipHeaderKeys;
+        case TooltipBody:
+            return &tooltipBodyKeys;
+        default:
+            return nullptr;
+        }
+    }
+
+    // Reads the full text file in place of the start-up texts and lays the overrides over
+    // it. Attempted once: a file that cannot be read is not asked for again.
+    void LoadFullStrings() {
+        PhaseTimePoint();
+        // The directory is read now, so a change after construction moves the full file.
+        LoadXmlStringTable(
+            strings, TextFilePath(ProcessSettings().masterStringDirectory, L"strings"), false);
+        fullStringsLoaded = true;
+        try {
+            MergeOverrides(strings, overrides);
+        } catch (const StringResourceLoadException&) {
+            // The table stays as the merge left it; the look-up goes on.
+        }
+        PhaseTimePoint();
+    }
+};
+
+StringResourceCollection::StringResourceCollection() : state(std::make_unique<State>()) {
+    const Settings& settings = ProcessSettings();
+    const Platform::IPlatform& platform = Platform::CurrentPlatform();
+
+    PhaseTimePoint();
+    // Not tested for existence: a missing start-up file simply leaves the table empty.
+    LoadXmlStringTable(state->strings,
+                       TextFilePath(settings.masterStringDirectory, L"startupstrings"), false);
+    PhaseTimePoint();
+
+    // The override file may be in any order, so it is sorted here.
+    const QanStringT<wchar_t> overridePath =
+        Path::Combine(Path::Combine(settings.masterStringDirectory, L"override"), L"strings.xml");
+    if (platform.Exists(overridePath))
+        LoadXmlStringTable(state->overrides, overridePath, true);
+    PhaseTimePoint();
+
+    LoadCsvKeyTable(state->stringKeys, Path::Combine(settings.resourceDirectory, L"string.csv"));
+    LoadCsvKeyTable(state->captionKeys, Path::Combine(settings.resourceDirectory, L"caption.csv"));
+    LoadCsvKeyTable(state->tooltipHeaderKeys,
+                    Path::Combine(settings.resourceDirectory, L"tooltipHeader.csv"));
+    LoadCsvKeyTable(state->tooltipBodyKeys,
+                    Path::Combine(settings.resourceDirectory, L"tooltipBody.csv"));
+    PhaseTimePoint();
+}
+
 StringResourceCollection::~StringResourceCollection() = default;
 
-std::optional<QanStringT<wchar_t>> StringResourceCollection::GetResource(const QanStringT<wchar_t>&,
-                                                                         StringKind) const {
-    return std::nullopt;
+std::optional<QanStringT<wchar_t>>
+StringResourceCollection::GetResource(const QanStringT<wchar_t>& key, StringKind kind) const {
+    // The key tables never change after construction: searched without the lock.
+    const StringTable* keys = state->KeyTable(kind);
+    if (!keys)
+        return std::nullopt;
+    const NarrowKey narrowKey(key);
+    const std::optional<QanStringViewT<char>> id = FindInTable(*keys, narrowKey.View());
+    if (!id)
+        return std::nullopt;
+
+    // Held until the text is decoded: the lazy load replaces the buffer it points into.
+    std::lock_guard<std::mutex> guard(state->lock);
+    std::optional<QanStringViewT<char>> text = FindInTable(state->strings, *id);
+    if (text) {
+        // Before the full load the overrides are consulted for each id; afterwards they are
+        // merged into the table.
+        if (!state->fullStringsLoaded) {
+            if (const auto overridden = FindInTable(state->overrides, *id))
+                return DecodeStringText(*overridden);
+        }
+        return DecodeStringText(*text);
+    }
+    if (!state->fullStringsLoaded) {
+        state->LoadFullStrings();
+        text = FindInTable(state->strings, *id);
+        if (text)
+            return DecodeStringText(*text);
+    }
+    // The key is this collection's, but its id has no text: answered, with an empty text,
+    // so that the service does not look elsewhere.
+    return QanStringT<wchar_t>();
 }
 
 } // namespace Framework::Internal

@@ -1,2 +1,9 @@
 target_sources(QanResourcesObjects PRIVATE
-    strings/StringResourceCollection.cpp)
+    strings/CsvKeyTable.cpp
+    strings/DecodeStringText.cpp
+    strings/FindInTable.cpp
+    strings/MergeOverrides.cpp
+    strings/StringResourceCollection.cpp
+    strings/UnescapeControl.cpp
+    strings/XmlEntities.cpp
+    strings/XmlStringTable.cpp)

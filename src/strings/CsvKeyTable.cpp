@@ -1,0 +1,49 @@
+// CsvKeyTable.cpp: the byte scan of key tables: "key,id" lines ended by a line feed, with
+// no header, quoting, escapes or trimming.
+#include "strings/CsvKeyTable.h"
+
+#include "platform/Platform.h"
+#include "strings/ByteSearch.h"
+
+#include <cstdint>
+
+namespace Framework::Internal {
+
+void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path) {
+    std::uint64_t size = 0;
+    std::unique_ptr<char[]> data =
+        Platform::CurrentPlatform().ReadFileInfoBuffer(path.c_str(), size);
+    // An unreadable file keeps the rows the table had, with the buffer they point into.
+    if (!data)
+        return;
+
+    const char* const start = data.get();
+    const char* const end = start + size;
+    std::vector<StringTableEntry> rows;
+    rows.reserve(size / 74 + 100);
+
+    // Two states: the key runs to the first comma, the id to the next line feed. The key
+    // search looks past line feeds, so a line without a comma joins the next line's key;
+    // further commas belong to the id and a carriage return stays at its end. Intended:
+    // the files come from the suite's build, which writes exactly this shape.
+    bool readingKey = true;
+    QanStringViewT<char> key;
+    const char* pos = start;
+    while (pos < end) {
+        const char* const found = FindByte(pos, readingKey ? ',' : '\n', end - pos);
+        if (!found)
+            break; // a key without its id, or a last line without a line feed, is dropped
+        const QanStringViewT<char> field(pos, static_cast<std::size_t>(found - pos));
+        if (readingKey)
+            key = field;
+        else
+            rows.push_back({key, field});
+        pos = found + 1;
+        readingKey = !readingKey;
+    }
+
+    table.entries = std::move(rows);
+    table.buffer = std::move(data);
+}
+
+} // namespace Framework::Internal

