@@ -14,7 +14,9 @@
 namespace Framework::Platform {
 namespace {
 
-QanStringT<char> Narrow(const QanStringT<wchar_t>& path) { return Utf8::Encode(path); }
+QanStringT<char> Narrow(const QanStringT<wchar_t>& path) {
+    return Utf8::Encode(path);
+}
 
 bool StatPath(const QanStringT<wchar_t>& path, struct stat& info) {
     if (path.empty())
@@ -22,7 +24,9 @@ bool StatPath(const QanStringT<wchar_t>& path, struct stat& info) {
     return ::stat(Narrow(path).c_str(), &info) == 0;
 }
 
-bool HasSeparator(const wchar_t* name) { return std::wcschr(name, L'/') != nullptr; }
+bool HasSeparator(const wchar_t* name) {
+    return std::wcschr(name, L'/') != nullptr;
+}
 
 class PosixPlatform final : public IPlatform {
 public:
@@ -101,7 +105,8 @@ public:
             while (!rest.empty()) {
                 const auto colon = rest.find(':');
                 const std::string_view dir = rest.substr(0, colon);
-                rest = colon == std::string_view::npos ? std::string_view{} : rest.substr(colon + 1);
+                rest =
+                    colon == std::string_view::npos ? std::string_view{} : rest.substr(colon + 1);
                 if (dir.empty())
                     continue; // an empty entry would mean the current directory
                 if (HINSTANCE module = OpenMappedModule(QanStringT<char>(dir) + "/" + file))

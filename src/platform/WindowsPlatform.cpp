@@ -4,8 +4,8 @@
 #endif
 #include <windows.h>
 
-#include <shellapi.h>
 #include <algorithm>
+#include <shellapi.h>
 #include <wchar.h>
 
 // <windows.h> defines FreeModule as a macro for FreeLibrary; the interface has its own.
@@ -29,8 +29,8 @@ public:
         size = 0;
         if (!path || !*path)
             return nullptr;
-        HANDLE file = ::CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        HANDLE file = ::CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
         if (file == INVALID_HANDLE_VALUE)
             return nullptr;
         std::unique_ptr<char[]> buffer;

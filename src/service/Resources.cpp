@@ -15,8 +15,12 @@ using Internal::StringKind;
 const QanStringT<wchar_t> Resources::PREFIX_EXTENSION = L"ext://";
 const QanStringT<wchar_t> Resources::GUID_EXTENSION = L"guid://";
 
-Resources& Resources::operator=(const Resources&) { return *this; }
-Resources& Resources::operator=(Resources&&) noexcept { return *this; }
+Resources& Resources::operator=(const Resources&) {
+    return *this;
+}
+Resources& Resources::operator=(Resources&&) noexcept {
+    return *this;
+}
 
 QanStringT<wchar_t> Resources::GetString(const QanStringT<wchar_t>& key) {
     return IResources::GetImpl().GetString(key, Internal::String);
@@ -97,7 +101,9 @@ bool Resources::Preload() {
     return loaded;
 }
 
-void Resources::SetAppName(const QanStringT<wchar_t>& name) { ProcessSettings().appName = name; }
+void Resources::SetAppName(const QanStringT<wchar_t>& name) {
+    ProcessSettings().appName = name;
+}
 
 void Resources::SetResourceDirectories(const QanStringT<wchar_t>& masterStringDirectory,
                                        const QanStringT<wchar_t>& resourceDirectory,

@@ -18,6 +18,8 @@ const IResources& IResources::GetImpl() {
     return service;
 }
 
-void IResources::SetResourcesForTests(IResources* resources) { serviceOverride = resources; }
+void IResources::SetResourcesForTests(IResources* resources) {
+    serviceOverride = resources;
+}
 
 } // namespace Framework::Internal

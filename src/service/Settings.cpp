@@ -7,6 +7,8 @@ namespace {
 Settings settings;
 } // namespace
 
-Settings& ProcessSettings() { return settings; }
+Settings& ProcessSettings() {
+    return settings;
+}
 
 } // namespace Framework::Internal

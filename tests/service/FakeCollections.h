@@ -59,9 +59,8 @@ public:
     }
     void AddResources(const wchar_t* component, const Resources::RegistrarMapEntry*, int count,
                       Resources::ResourceType type) override {
-        calls.push_back(L"AddResources " + std::wstring(component ? component : L"(null)") +
-                        L" " + std::to_wstring(count) + L" " +
-                        std::to_wstring(static_cast<int>(type)));
+        calls.push_back(L"AddResources " + std::wstring(component ? component : L"(null)") + L" " +
+                        std::to_wstring(count) + L" " + std::to_wstring(static_cast<int>(type)));
     }
     void AddComponent(const wchar_t* component, HINSTANCE) override {
         calls.push_back(L"AddComponent " + std::wstring(component ? component : L"(null)"));
@@ -72,7 +71,9 @@ public:
 };
 
 // A module handle that is never dereferenced.
-inline HINSTANCE FakeModule(std::uintptr_t n) { return reinterpret_cast<HINSTANCE>(n); }
+inline HINSTANCE FakeModule(std::uintptr_t n) {
+    return reinterpret_cast<HINSTANCE>(n);
+}
 
 inline Resources::ResourceID IdOf(int id, HINSTANCE module = nullptr) {
     Resources::ResourceID result;

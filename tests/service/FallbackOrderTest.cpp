@@ -14,7 +14,10 @@ using Framework::Internal::ResourcesImpl;
 using ResourceID = Resources::ResourceID;
 namespace Kind = Framework::Internal;
 
-constexpr wchar_t kTagged[] = L"\x0001" L"CT=Cap\x0001" L"TT=Body\x0001" L"TH=Head";
+constexpr wchar_t kTagged[] = L"\x0001"
+                              L"CT=Cap\x0001"
+                              L"TT=Body\x0001"
+                              L"TH=Head";
 
 // A service over fakes; the raw pointers stay valid as long as the service.
 struct Service {
@@ -23,9 +26,12 @@ struct Service {
     FakeIds* platformIcons = new FakeIds;
     FakeIds* cursors = new FakeIds;
     FakeLegacy* legacy = new FakeLegacy;
-    ResourcesImpl impl{std::unique_ptr<FakeStrings>(strings), std::unique_ptr<FakeIds>(icons),
-                       std::unique_ptr<FakeIds>(platformIcons), std::unique_ptr<FakeIds>(cursors),
-                       LegacyGuidIndex{}, std::unique_ptr<FakeLegacy>(legacy)};
+    ResourcesImpl impl{std::unique_ptr<FakeStrings>(strings),
+                       std::unique_ptr<FakeIds>(icons),
+                       std::unique_ptr<FakeIds>(platformIcons),
+                       std::unique_ptr<FakeIds>(cursors),
+                       LegacyGuidIndex{},
+                       std::unique_ptr<FakeLegacy>(legacy)};
 };
 
 class LegacyLoader : public ::testing::Test {
@@ -200,9 +206,9 @@ TEST(Registration, ForwardsArgumentsToTheLegacyCollection) {
     s.impl.AddLegacyResources(L"Comp", entries, 2, Resources::Cursor);
     s.impl.AddLegacyResources(nullptr, nullptr, 0, static_cast<Resources::ResourceType>(9));
     s.impl.RemoveLegacyComponent(L"Comp");
-    EXPECT_EQ(s.legacy->calls, (std::vector<std::wstring>{
-                                   L"AddComponent Comp", L"AddResources Comp 2 1",
-                                   L"AddResources (null) 0 9", L"RemoveComponent Comp"}));
+    EXPECT_EQ(s.legacy->calls,
+              (std::vector<std::wstring>{L"AddComponent Comp", L"AddResources Comp 2 1",
+                                         L"AddResources (null) 0 9", L"RemoveComponent Comp"}));
 }
 
 TEST(Registration, WithoutLegacyCollectionNothingHappens) {

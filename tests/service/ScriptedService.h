@@ -11,8 +11,8 @@ namespace QanTest {
 
 class ScriptedService final : public Framework::Internal::IResources {
 public:
-    std::wstring text;       // answer of GetString and GetLegacyString
-    std::wstring guid;       // answer of GetLegacyGuid
+    std::wstring text; // answer of GetString and GetLegacyString
+    std::wstring guid; // answer of GetLegacyGuid
     mutable std::vector<std::wstring> calls;
 
     ScriptedService() { SetResourcesForTests(this); }
@@ -53,8 +53,9 @@ public:
         calls.push_back(L"RemoveLegacyComponent " +
                         std::wstring(component ? component : L"(null)"));
     }
-    void AddLegacyResources(const wchar_t* component, const Framework::Resources::RegistrarMapEntry*,
-                            int count, Framework::Resources::ResourceType type) const override {
+    void AddLegacyResources(const wchar_t* component,
+                            const Framework::Resources::RegistrarMapEntry*, int count,
+                            Framework::Resources::ResourceType type) const override {
         calls.push_back(L"AddLegacyResources " + std::wstring(component ? component : L"(null)") +
                         L" " + std::to_wstring(count) + L" " + std::to_wstring(type));
     }

@@ -37,7 +37,8 @@ struct ReadRecorder {
     bool ReadEndingWith(const std::wstring& name) {
         std::lock_guard lock(mutex);
         for (const auto& path : paths)
-            if (path.size() >= name.size() && path.compare(path.size() - name.size(), name.size(), name) == 0)
+            if (path.size() >= name.size() &&
+                path.compare(path.size() - name.size(), name.size(), name) == 0)
                 return true;
         return false;
     }

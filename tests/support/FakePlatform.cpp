@@ -4,8 +4,12 @@ namespace QanTest {
 
 using Framework::Platform::SystemPlatform;
 
-FakePlatform::FakePlatform() { Framework::Platform::SetPlatformForTests(this); }
-FakePlatform::~FakePlatform() { Framework::Platform::SetPlatformForTests(nullptr); }
+FakePlatform::FakePlatform() {
+    Framework::Platform::SetPlatformForTests(this);
+}
+FakePlatform::~FakePlatform() {
+    Framework::Platform::SetPlatformForTests(nullptr);
+}
 
 std::unique_ptr<char[]> FakePlatform::ReadFileInfoBuffer(const wchar_t* path,
                                                          std::uint64_t& size) const {

@@ -18,7 +18,8 @@ public:
     // The directory as the library's settings take it.
     std::wstring Wide() const { return path.wstring(); }
     // Writes bytes to a file under the directory (creating folders) and returns its path.
-    std::filesystem::path Write(const std::filesystem::path& relative, std::string_view bytes) const;
+    std::filesystem::path Write(const std::filesystem::path& relative,
+                                std::string_view bytes) const;
 
 private:
     std::filesystem::path path;

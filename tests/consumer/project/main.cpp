@@ -29,12 +29,16 @@ int main() {
     wchar_t buffer[16];
     check(Resources::GetStringIntoBuffer(L"unknown", buffer, 16) == 16, "string into buffer");
     QanStringT<wchar_t> caption;
-    check(Framework::TextParser::GetCaptionText(L"\x0001" L"CT=Open", caption) && caption == L"Open",
+    check(Framework::TextParser::GetCaptionText(L"\x0001"
+                                                L"CT=Open",
+                                                caption) &&
+              caption == L"Open",
           "TextParser");
     QanStringT<wchar_t> menu = L"&Open\tCtrl+O";
     StripMenuText(menu, 3);
     check(menu == L"Open", "StripMenuText");
     Resources::RemoveLegacyComponent(L"Host");
-    std::printf("%s\n", failures == 0 ? "consumer: all exported functions answered" : "consumer: failures");
+    std::printf("%s\n",
+                failures == 0 ? "consumer: all exported functions answered" : "consumer: failures");
     return failures == 0 ? 0 : 1;
 }
