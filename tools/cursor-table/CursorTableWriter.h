@@ -1,0 +1,59 @@
+// CursorTableWriter.h: writes and reads the cursor table that "QanIcons.dll" carries as
+// raw-data resource 2, for tools that build or check the platform icon library.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace QanTools::CursorTable {
+
+// One cursor: its key as UTF-16 code units and its cursor resource number.
+struct Entry {
+    std::u16string name;
+    std::uint32_t id = 0;
+
+    friend bool operator==(const Entry&, const Entry&) = default;
+};
+
+// The archive bytes: a signed 32-bit count, then per entry a 32-bit count of UTF-16
+// code units, the units (UTF-16LE, no terminator) and a 32-bit id; all little-endian.
+std::vector<std::byte> Write(std::span<const Entry> entries);
+
+enum class ReadStatus {
+    Complete,      // every entry read and nothing left over
+    Truncated,     // the data ended before the stored count of entries was read
+    NegativeCount, // the stored count is negative: the library refuses the whole table
+    TrailingBytes, // complete, with bytes after the last entry
+};
+
+struct ReadResult {
+    ReadStatus status = ReadStatus::Complete;
+    std::int32_t storedCount = 0;
+    std::vector<Entry> entries; // the entries read in full, in table order
+};
+
+// Reads archive bytes strictly: a name or id that runs past the end stops the read.
+ReadResult Read(std::span<const std::byte> bytes);
+
+// True when the names ascend as the library searches them on every system: by UTF-16
+// code unit (Windows) and by code point (elsewhere). Equal names are allowed.
+bool IsSorted(std::span<const Entry> entries);
+
+// A resource script holding the table inline as resource resourceId of type RCDATA,
+// every value spelled as a number (32-bit with "L", UTF-16 units as 16-bit words), so
+// that any name survives the resource compiler byte for byte.
+std::string WriteRcScript(std::span<const Entry> entries, int resourceId = 2);
+
+// A resource script that pulls the table from a binary file written with Write.
+std::string WriteRcScriptForBinary(std::string_view binaryPath, int resourceId = 2);
+
+// UTF-8 to UTF-16 and back for tools that read and print names; ill-formed input
+// becomes U+FFFD.
+std::u16string Utf16FromUtf8(std::string_view text);
+std::string Utf8FromUtf16(std::u16string_view text);
+
+} // namespace QanTools::CursorTable
