@@ -1,3 +1,5 @@
 target_sources(QanResourcesObjects PRIVATE
+    text/FindTaggedField.cpp
     text/StripMenuText.cpp
-    text/TextParser.cpp)
+    text/TextParser.cpp
+    text/Tokenize.cpp)
