@@ -1,0 +1,269 @@
+// Format.cpp: repairs that need no guess. Elements and rows are reordered as whole
+// chunks (with the comments before them), so every byte an author wrote survives; only
+// carriage returns before line feeds, a byte-order mark in a key table and blank key-table
+// lines are dropped, because the library would read them as content nobody meant.
+#include "Format.h"
+
+#include "Bytes.h"
+#include "Diagnostics.h"
+#include "IconMap.h"
+#include "KeyTable.h"
+#include "Lint.h"
+#include "TextFile.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <numeric>
+#include <optional>
+
+namespace QanTool {
+namespace {
+
+std::string Where(std::string_view bytes, std::size_t offset) {
+    const Position at = LineIndex(bytes).At(offset);
+    return std::to_string(at.line) + ":" + std::to_string(at.column) + ": ";
+}
+
+// Line feeds only, and one at the end.
+std::string NormaliseLineEnds(std::string_view in) {
+    std::string out;
+    out.reserve(in.size() + 1);
+    for (std::size_t i = 0; i < in.size(); ++i) {
+        if (in[i] == '\r' && i + 1 < in.size() && in[i + 1] == '\n')
+            continue;
+        out += in[i];
+    }
+    if (!out.empty() && out.back() != '\n')
+        out += '\n';
+    return out;
+}
+
+bool IsBlank(std::string_view s) {
+    return s.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+struct Chunk {
+    std::size_t begin, end;
+    std::string bytes; // possibly repaired
+};
+
+// Reassembles prefix, the chunks in a new order with the separators left where they
+// were, and the suffix.
+std::string Reassemble(std::string_view b, std::string_view prefix,
+                       const std::vector<Chunk>& chunks, const std::vector<std::size_t>& order,
+                       std::size_t suffixBegin) {
+    std::string out(prefix);
+    for (std::size_t i = 0; i < chunks.size(); ++i) {
+        out += chunks[order[i]].bytes;
+        const std::size_t sepEnd = i + 1 < chunks.size() ? chunks[i + 1].begin : suffixBegin;
+        out.append(b.substr(chunks[i].end, sepEnd - chunks[i].end));
+    }
+    out.append(b.substr(suffixBegin));
+    return out;
+}
+
+std::optional<std::string> ReadFile(const std::filesystem::path& path) {
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(path, ec))
+        return std::nullopt;
+    std::ifstream in(path, std::ios::binary);
+    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+} // namespace
+
+bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
+    if (b.empty()) {
+        out.clear();
+        return true;
+    }
+    const TextFileMarkup m = ReadAsMarkup(b);
+    for (const auto& p : m.problems)
+        if (!p.repairable) {
+            reason = Where(b, p.offset) + p.message;
+            return false;
+        }
+    if (m.declarationBegin == std::string_view::npos) {
+        reason = "1:1: no XML declaration: the two lines the library skips cannot be laid out";
+        return false;
+    }
+    if (!IsBlank(b.substr(m.declarationEnd, m.rootBegin - m.declarationEnd))) {
+        reason =
+            Where(b, m.declarationEnd) + "content between the declaration and the root element";
+        return false;
+    }
+    std::vector<Chunk> chunks;
+    for (const auto& el : m.elements) {
+        if (el.quotedValues != 1) {
+            reason = Where(b, el.begin) + (el.quotedValues == 0
+                                               ? "element without a double-quoted id"
+                                               : "element with more than one quoted attribute");
+            return false;
+        }
+        if (!el.closed) {
+            reason = Where(b, el.begin) + "element is not closed";
+            return false;
+        }
+        Chunk c{el.chunkBegin, el.end,
+                std::string(b.substr(el.chunkBegin, el.end - el.chunkBegin))};
+        const std::size_t closingQuote = el.idOffset + el.id.size();
+        std::string_view gap = b.substr(closingQuote + 1, el.tagClose - closingQuote - 1);
+        if (el.selfClosing)
+            gap.remove_suffix(1); // the '/'
+        if (!IsBlank(gap)) {
+            reason = Where(b, closingQuote + 1) + "unexpected content between the id and '>'";
+            return false;
+        }
+        // Rebuild the element from its parts: chunk head, start tag up to the id's
+        // closing quote, '>', text and end tag.
+        std::string element(b.substr(el.chunkBegin, closingQuote + 1 - el.chunkBegin));
+        element += '>';
+        if (el.selfClosing)
+            element += "</" + std::string(el.name) + ">";
+        else
+            element.append(b.substr(el.tagClose + 1, el.end - el.tagClose - 1));
+        c.bytes = std::move(element);
+        chunks.push_back(std::move(c));
+    }
+    std::vector<std::size_t> order(chunks.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t x, std::size_t y) {
+        return CompareKeyOrder(m.elements[x].id, m.elements[y].id) < 0;
+    });
+
+    // The declaration on line 1 and the root start tag on line 2, so that the library's
+    // two skipped lines hold exactly them.
+    std::string prefix;
+    const std::string_view bom = b.substr(0, m.declarationBegin);
+    prefix.append(bom.substr(0, bom.substr(0, 3) == kByteOrderMark ? 3 : 0));
+    prefix.append(b.substr(m.declarationBegin, m.declarationEnd - m.declarationBegin));
+    prefix += '\n';
+    prefix.append(b.substr(m.rootBegin, m.rootEnd - m.rootBegin));
+    prefix += '\n';
+    const std::size_t firstChunk = chunks.empty() ? m.trailerBegin : chunks.front().begin;
+    std::string_view between = b.substr(m.rootEnd, firstChunk - m.rootEnd);
+    // Keep the indentation of the first element's line, not the line breaks before it.
+    if (const std::size_t lf = between.rfind('\n'); lf != std::string_view::npos)
+        between.remove_prefix(lf + 1);
+    prefix.append(between);
+    if (prefix.find('\n') != std::string::npos &&
+        std::count(prefix.begin(), prefix.end(), '\n') != 2) {
+        reason = "1:1: the declaration or the root start tag spans several lines";
+        return false;
+    }
+    out = NormaliseLineEnds(
+        Reassemble(b, prefix, chunks, order, chunks.empty() ? m.trailerBegin : chunks.back().end));
+    return true;
+}
+
+bool FormatKeyTable(std::string_view b, std::string& out, std::string& reason) {
+    if (b.substr(0, 3) == kByteOrderMark)
+        b.remove_prefix(3);
+    std::vector<KeyLine> lines;
+    int number = 0;
+    for (const auto& line : ReadKeyLines(b)) {
+        ++number;
+        if (IsBlank(line.text))
+            continue;
+        if (line.comma == std::string_view::npos) {
+            reason = std::to_string(number) +
+                     ":1: line without a comma: key and id cannot be told apart";
+            return false;
+        }
+        lines.push_back(line);
+    }
+    std::stable_sort(lines.begin(), lines.end(), [](const KeyLine& x, const KeyLine& y) {
+        return CompareKeyOrder(x.key, y.key) < 0;
+    });
+    out.clear();
+    for (const auto& line : lines) {
+        out.append(line.key);
+        out += ',';
+        out.append(line.id);
+        out += '\n';
+    }
+    return true;
+}
+
+bool FormatIconMap(std::string_view b, std::string& out, std::string& reason) {
+    const IconMapView view = ReadIconMap(b);
+    if (!view.problems.empty()) {
+        reason = Where(b, view.problems.front().offset) + view.problems.front().message;
+        return false;
+    }
+    std::vector<std::u16string> keys;
+    for (const auto& e : view.entries)
+        keys.push_back(ToUtf16(e.key));
+    if (std::is_sorted(keys.begin(), keys.end())) {
+        out = NormaliseLineEnds(b);
+        return true;
+    }
+    if (!view.flat) {
+        reason = "1:1: the \"map\" elements are not all children of the root element, so they "
+                 "cannot be reordered safely";
+        return false;
+    }
+    std::vector<Chunk> chunks;
+    for (const auto& e : view.entries)
+        chunks.push_back(
+            {e.chunkBegin, e.end, std::string(b.substr(e.chunkBegin, e.end - e.chunkBegin))});
+    std::vector<std::size_t> order(chunks.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t x, std::size_t y) { return keys[x] < keys[y]; });
+    out = NormaliseLineEnds(
+        Reassemble(b, b.substr(0, chunks.front().begin), chunks, order, chunks.back().end));
+    return true;
+}
+
+FormatPlan PlanFormat(const std::filesystem::path& dir) {
+    FormatPlan plan;
+    struct Job {
+        std::string name;
+        bool (*format)(std::string_view, std::string&, std::string&);
+    };
+    std::vector<Job> jobs = {{kStartupStrings, FormatTextFile},
+                             {kFullStrings, FormatTextFile},
+                             {kOverrideStrings, FormatTextFile},
+                             {kIconMap, FormatIconMap}};
+    for (const char* table : kKeyTables)
+        jobs.push_back({table, FormatKeyTable});
+    for (const auto& job : jobs) {
+        const auto bytes = ReadFile(dir / job.name);
+        if (!bytes)
+            continue;
+        std::string out, reason;
+        if (!job.format(*bytes, out, reason)) {
+            plan.changes.clear();
+            plan.refusal = job.name + ":" + reason;
+            return plan;
+        }
+        if (out != *bytes)
+            plan.changes.push_back({job.name, std::move(out)});
+    }
+    return plan;
+}
+
+std::string ApplyFormat(const std::filesystem::path& dir, const FormatPlan& plan) {
+    for (const auto& change : plan.changes) {
+        const auto target = dir / change.name;
+        auto temporary = target;
+        temporary += ".qanres-new";
+        {
+            std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
+            out.write(change.bytes.data(), static_cast<std::streamsize>(change.bytes.size()));
+            if (!out.flush())
+                return "cannot write " + temporary.string();
+        }
+        std::error_code ec;
+        std::filesystem::rename(temporary, target, ec);
+        if (ec) {
+            std::filesystem::remove(temporary, ec);
+            return "cannot replace " + target.string();
+        }
+    }
+    return {};
+}
+
+} // namespace QanTool

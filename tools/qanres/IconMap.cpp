@@ -1,0 +1,342 @@
+// IconMap.cpp: a strict, small XML reader: enough of XML 1.0 to decide what a conforming
+// parser rejects in an icon map (tags, attributes, the predefined and numeric entities,
+// comments, processing instructions, CDATA), plus the library's rules for "map".
+#include "IconMap.h"
+
+#include "Bytes.h"
+
+#include <cstdlib>
+
+namespace QanTool {
+namespace {
+
+bool IsSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+bool IsNameChar(char c) {
+    return !IsSpace(c) && c != '>' && c != '/' && c != '=' && c != '<' && c != '"' && c != '\'' &&
+           c != '&';
+}
+
+void AppendCodePoint(std::string& out, unsigned long c) {
+    std::u16string units;
+    if (c >= 0x10000) {
+        c -= 0x10000;
+        units.push_back(static_cast<char16_t>(0xD800 + (c >> 10)));
+        units.push_back(static_cast<char16_t>(0xDC00 + (c & 0x3FF)));
+    } else {
+        units.push_back(static_cast<char16_t>(c));
+    }
+    out += FromUtf16(units);
+}
+
+class Reader {
+public:
+    explicit Reader(std::string_view b) : b(b) {}
+
+    IconMapView Run() {
+        if (std::size_t bad = FindInvalidUtf8(b); bad != std::string_view::npos)
+            Fail(bad, "invalid UTF-8: the XML parser rejects the file");
+        if (b.substr(0, 3) == kByteOrderMark)
+            pos = 3;
+        Prolog();
+        if (pos >= b.size() || b[pos] != '<') {
+            Fail(pos, "no root element");
+            return std::move(view);
+        }
+        Element(0);
+        Misc();
+        if (pos < b.size())
+            Fail(pos, "content after the root element");
+        return std::move(view);
+    }
+
+private:
+    void Fail(std::size_t at, std::string message) {
+        if (!failed)
+            view.problems.push_back({at, std::move(message)});
+        failed = true;
+    }
+    // A rule of the library's map loader (not of XML): reported, reading goes on.
+    void Reject(std::size_t at, std::string message) {
+        view.problems.push_back({at, std::move(message)});
+    }
+
+    void SkipSpace() {
+        while (pos < b.size() && IsSpace(b[pos]))
+            ++pos;
+    }
+    bool At(std::string_view s) const { return b.substr(pos, s.size()) == s; }
+
+    bool SkipTo(std::string_view close, const char* what) {
+        const std::size_t at = b.find(close, pos);
+        if (at == std::string_view::npos) {
+            Fail(pos, std::string("unclosed ") + what);
+            pos = b.size();
+            return false;
+        }
+        pos = at + close.size();
+        return true;
+    }
+
+    void Misc() {
+        for (;;) {
+            SkipSpace();
+            if (failed || pos >= b.size())
+                return;
+            if (At("<!--")) {
+                SkipTo("-->", "comment");
+            } else if (At("<?")) {
+                SkipTo("?>", "processing instruction");
+            } else {
+                return;
+            }
+        }
+    }
+
+    void Prolog() {
+        Misc();
+        if (At("<!DOCTYPE")) {
+            SkipTo(">", "document type declaration");
+            Misc();
+        }
+    }
+
+    std::string Name() {
+        const std::size_t begin = pos;
+        while (pos < b.size() && IsNameChar(b[pos]))
+            ++pos;
+        if (pos == begin)
+            Fail(begin, "a name is expected here");
+        return std::string(b.substr(begin, pos - begin));
+    }
+
+    // Decodes an entity or character reference at pos ('&'); appends it to out.
+    void Reference(std::string& out) {
+        const std::size_t semi = b.find(';', pos);
+        if (semi == std::string_view::npos || semi - pos > 12) {
+            Fail(pos, "'&' must start an entity reference (write &amp;)");
+            ++pos;
+            return;
+        }
+        const std::string_view name = b.substr(pos + 1, semi - pos - 1);
+        if (name == "lt")
+            out += '<';
+        else if (name == "gt")
+            out += '>';
+        else if (name == "amp")
+            out += '&';
+        else if (name == "quot")
+            out += '"';
+        else if (name == "apos")
+            out += '\'';
+        else if (name.size() > 1 && name[0] == '#') {
+            const bool hex = name[1] == 'x';
+            const std::string digits(name.substr(hex ? 2 : 1));
+            char* stop = nullptr;
+            const unsigned long c = std::strtoul(digits.c_str(), &stop, hex ? 16 : 10);
+            if (digits.empty() || *stop != '\0' || c == 0 || c > 0x10FFFF ||
+                (c >= 0xD800 && c <= 0xDFFF))
+                Fail(pos, "invalid character reference");
+            else
+                AppendCodePoint(out, c);
+        } else {
+            Fail(pos, "unknown entity '&" + std::string(name) + ";'");
+        }
+        pos = semi + 1;
+    }
+
+    struct Attribute {
+        std::size_t offset;
+        std::string name;
+        std::string value;
+    };
+
+    void Element(int depth) {
+        const std::size_t begin = pos;
+        ++pos; // '<'
+        const std::string name = Name();
+        std::vector<Attribute> attributes;
+        bool empty = false;
+        for (;;) {
+            if (failed)
+                return;
+            const std::size_t before = pos;
+            SkipSpace();
+            if (pos >= b.size()) {
+                Fail(begin, "unclosed start tag");
+                return;
+            }
+            if (At("/>")) {
+                pos += 2;
+                empty = true;
+                break;
+            }
+            if (b[pos] == '>') {
+                ++pos;
+                break;
+            }
+            if (pos == before)
+                Fail(pos, "white space is required between attributes");
+            Attribute a{pos, Name(), {}};
+            SkipSpace();
+            if (pos >= b.size() || b[pos] != '=') {
+                Fail(pos, "'=' expected after the attribute name");
+                return;
+            }
+            ++pos;
+            SkipSpace();
+            if (pos >= b.size() || (b[pos] != '"' && b[pos] != '\'')) {
+                Fail(pos, "attribute values must be quoted");
+                return;
+            }
+            const char quote = b[pos++];
+            while (pos < b.size() && b[pos] != quote && !failed) {
+                if (b[pos] == '<')
+                    Fail(pos, "'<' in an attribute value");
+                else if (b[pos] == '&')
+                    Reference(a.value);
+                else
+                    a.value += b[pos++];
+            }
+            if (pos >= b.size()) {
+                Fail(a.offset, "unclosed attribute value");
+                return;
+            }
+            ++pos;
+            for (const auto& other : attributes)
+                if (other.name == a.name)
+                    Fail(a.offset, "duplicate attribute '" + a.name + "'");
+            attributes.push_back(std::move(a));
+        }
+
+        const bool isMap = name == "map";
+        IconMapEntry entry;
+        if (isMap) {
+            entry.begin = begin;
+            entry.chunkBegin = chunkStart;
+            entry.depth = depth;
+            if (insideMap)
+                Reject(begin,
+                       "a \"map\" inside another \"map\": the library rejects the whole map");
+            if (attributes.size() != 1)
+                Reject(begin, "a \"map\" element needs exactly one attribute, \"guid\" (it has " +
+                                  std::to_string(attributes.size()) +
+                                  "): the library rejects the whole map");
+            else if (attributes[0].name != "guid")
+                Reject(attributes[0].offset,
+                       "the attribute of \"map\" must be named \"guid\", not '" +
+                           attributes[0].name + "': the library rejects the whole map");
+            if (!attributes.empty())
+                entry.key = attributes[0].value;
+            if (depth != 1)
+                view.flat = false;
+        } else if (depth == 1) {
+            view.flat = false;
+        }
+        const bool outerInsideMap = insideMap;
+        insideMap = insideMap || isMap;
+        std::string text;
+        if (!empty)
+            Content(name, depth, text);
+        insideMap = outerInsideMap;
+        if (failed)
+            return;
+        if (isMap) {
+            entry.end = pos;
+            entry.file = text;
+            if (text.empty())
+                Reject(begin,
+                       "a \"map\" element without a file name: the library rejects the whole "
+                       "map");
+            view.entries.push_back(std::move(entry));
+        }
+        if (depth == 1)
+            chunkStart = pos;
+    }
+
+    // Content up to and including the end tag of element name; text collects the
+    // character data (that of nested elements included, as the library's loader does).
+    void Content(const std::string& name, int depth, std::string& text) {
+        if (depth == 0)
+            chunkStart = pos;
+        for (;;) {
+            if (failed)
+                return;
+            if (pos >= b.size()) {
+                Fail(pos, "element '" + name + "' is not closed");
+                return;
+            }
+            const char c = b[pos];
+            if (c == '<') {
+                if (At("</")) {
+                    const std::size_t at = pos;
+                    if (depth == 0)
+                        view.rootContentEnd = pos;
+                    pos += 2;
+                    const std::string closing = Name();
+                    SkipSpace();
+                    if (closing != name || pos >= b.size() || b[pos] != '>') {
+                        Fail(at, "end tag '" + closing + "' does not match '" + name + "'");
+                        return;
+                    }
+                    ++pos;
+                    return;
+                }
+                if (At("<!--")) {
+                    SkipTo("-->", "comment");
+                } else if (At("<![CDATA[")) {
+                    pos += 9;
+                    const std::size_t close = b.find("]]>", pos);
+                    if (close == std::string_view::npos) {
+                        Fail(pos, "unclosed CDATA section");
+                        return;
+                    }
+                    text.append(b.substr(pos, close - pos));
+                    if (depth == 0 && b.substr(pos, close - pos).find_first_not_of(" \t\r\n") !=
+                                          std::string_view::npos)
+                        view.flat = false;
+                    pos = close + 3;
+                } else if (At("<?")) {
+                    SkipTo("?>", "processing instruction");
+                } else {
+                    std::string inner;
+                    Element(depth + 1);
+                    (void)inner;
+                }
+                continue;
+            }
+            if (c == '&') {
+                Reference(text);
+                continue;
+            }
+            if (depth == 0 && !IsSpace(c))
+                view.flat = false;
+            if (c == '\r') {
+                // XML line-end handling: CR LF and lone CR reach the application as LF.
+                text += '\n';
+                ++pos;
+                if (pos < b.size() && b[pos] == '\n')
+                    ++pos;
+                continue;
+            }
+            text += c;
+            ++pos;
+        }
+    }
+
+    std::string_view b;
+    std::size_t pos = 0;
+    bool failed = false;
+    bool insideMap = false;
+    std::size_t chunkStart = 0;
+    IconMapView view;
+};
+
+} // namespace
+
+IconMapView ReadIconMap(std::string_view bytes) {
+    return Reader(bytes).Run();
+}
+
+} // namespace QanTool

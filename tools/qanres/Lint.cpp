@@ -1,0 +1,430 @@
+// Lint.cpp: the directory checker. Each file is read as the library reads it and as its
+// author wrote it; the findings are where the two disagree, plus the order, duplicate and
+// cross-file rules that the library's binary searches and lazy loading depend on.
+#include "Lint.h"
+
+#include "Bytes.h"
+#include "CursorTable.h"
+#include "IconMap.h"
+#include "KeyTable.h"
+#include "TextFile.h"
+
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <set>
+#include <unordered_map>
+
+namespace QanTool {
+namespace {
+
+std::optional<std::string> ReadFile(const std::filesystem::path& path) {
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(path, ec))
+        return std::nullopt;
+    std::ifstream in(path, std::ios::binary);
+    if (!in)
+        return std::nullopt;
+    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+enum class TextRole { Startup, Full, Override };
+
+struct TextEntry {
+    std::string id;
+    std::string text;
+    int line = 0;
+};
+
+class Linter {
+public:
+    Linter(std::filesystem::path dir, std::string displayDir)
+        : dir(std::move(dir)), displayDir(std::move(displayDir)) {}
+
+    DiagnosticList Run() {
+        std::map<std::string, std::vector<TextEntry>> texts;
+        const std::pair<const char*, TextRole> textFiles[] = {
+            {kStartupStrings, TextRole::Startup},
+            {kFullStrings, TextRole::Full},
+            {kOverrideStrings, TextRole::Override}};
+        for (const auto& [name, role] : textFiles)
+            if (auto bytes = ReadFile(dir / name))
+                texts[name] = CheckTextFile(name, *bytes, role);
+        CheckTextFilesTogether(texts);
+
+        std::set<std::string> knownIds;
+        for (const auto& [name, entries] : texts)
+            if (name != kOverrideStrings)
+                for (const auto& e : entries)
+                    knownIds.insert(e.id);
+        for (const char* name : kKeyTables)
+            if (auto bytes = ReadFile(dir / name))
+                CheckKeyTable(name, *bytes, texts.empty() ? nullptr : &knownIds);
+
+        if (auto bytes = ReadFile(dir / kIconMap))
+            CheckIconMap(kIconMap, *bytes);
+        if (ReadFile(dir / kIconLibrary)) {
+            if (auto table = ReadCursorResource((dir / kIconLibrary).string()))
+                CheckCursorTable(kIconLibrary, *table);
+            else
+                Error(kIconLibrary, {1, 1},
+                      "not a module holding a cursor table (raw-data resource 2): every cursor "
+                      "look-up misses");
+        }
+        if (auto bytes = ReadFile(dir / kCursorTable))
+            CheckCursorTable(kCursorTable, *bytes);
+        return std::move(list);
+    }
+
+private:
+    std::string Display(const std::string& name) const {
+        if (displayDir.empty())
+            return name;
+        const char last = displayDir.back();
+        return displayDir + (last == '/' || last == '\\' ? "" : "/") + name;
+    }
+    void Error(const std::string& file, Position at, std::string message) {
+        list.Add(Display(file), at, Severity::Error, std::move(message));
+    }
+    void Warning(const std::string& file, Position at, std::string message) {
+        list.Add(Display(file), at, Severity::Warning, std::move(message));
+    }
+
+    // Backslash runs that the library decodes differently from a C-style reading, and
+    // ampersands that are no entity. Decoding: "\/\/" to "//"; a backslash and n, r or t
+    // becomes the control character unless another backslash stands before the pair; then
+    // every "\\" becomes "\".
+    void CheckEscapes(const std::string& file, const LineIndex& lines, std::size_t offset,
+                      std::string_view text) {
+        for (std::size_t i = 0; i < text.size();) {
+            if (text[i] == '&') {
+                static constexpr std::string_view known[] = {"&lt;",   "&gt;",   "&amp;",
+                                                             "&quot;", "&apos;", "&#"};
+                bool ok = false;
+                for (auto k : known)
+                    ok = ok || text.substr(i, k.size()) == k;
+                if (!ok)
+                    Warning(file, lines.At(offset + i),
+                            "'&' does not start an entity: write &amp; for an ampersand");
+                ++i;
+                continue;
+            }
+            if (text[i] != '\\') {
+                ++i;
+                continue;
+            }
+            const std::size_t start = i;
+            while (i < text.size() && text[i] == '\\')
+                ++i;
+            const std::size_t run = i - start;
+            const Position at = lines.At(offset + start);
+            if (i == text.size()) {
+                if (run % 2 == 1)
+                    Warning(file, at, "a backslash at the end of the text is kept as it stands");
+                break;
+            }
+            const char next = text[i];
+            if (run == 1 && text.substr(start, 4) == "\\/\\/") {
+                i = start + 4;
+                continue;
+            }
+            if (next == 'n' || next == 'r' || next == 't') {
+                if (run == 2)
+                    Warning(file, at,
+                            std::string("'\\\\") + next +
+                                "' is handed out as a backslash followed by '" + next +
+                                "', not as a control character");
+                else if (run > 2)
+                    Warning(file, at,
+                            std::to_string(run) + " backslashes before '" + next +
+                                "' are handed out as " + std::to_string(run / 2 + run % 2) +
+                                " backslashes and '" + next + "', without a control character");
+                continue;
+            }
+            if (run % 2 == 1)
+                Warning(file, at,
+                        std::string("'\\") + next +
+                            "' is not an escape: the backslash is kept as it stands (write '\\\\' "
+                            "for a backslash)");
+        }
+    }
+
+    std::vector<TextEntry> CheckTextFile(const std::string& file, std::string_view bytes,
+                                         TextRole role) {
+        std::vector<TextEntry> entries;
+        const LineIndex lines(bytes);
+        if (bytes.empty()) {
+            Warning(file, {1, 1}, "empty file: it holds no strings");
+            return entries;
+        }
+        const TextFileMarkup markup = ReadAsMarkup(bytes);
+        for (const auto& p : markup.problems) {
+            if (p.error)
+                Error(file, lines.At(p.offset), p.message);
+            else
+                Warning(file, lines.At(p.offset), p.message);
+        }
+        const ReaderView reader = ReadAsLibrary(bytes);
+        if (reader.skipEnd == std::string_view::npos && !markup.elements.empty())
+            Error(file, {1, 1},
+                  "the library skips the first two lines and needs a line feed after them that "
+                  "is not the last byte: it reads no strings from this file");
+
+        std::unordered_map<std::size_t, const ReaderRow*> rowsByOffset;
+        for (const auto& row : reader.rows)
+            rowsByOffset[row.idOffset] = &row;
+        std::set<std::size_t> elementIds;
+
+        for (const auto& el : markup.elements) {
+            const Position at = lines.At(el.begin);
+            if (el.quotedValues == 0) {
+                if (el.text.find_first_not_of(" \t\r\n") != std::string_view::npos)
+                    Error(file, at, "element without a double-quoted id: its text is never read");
+                continue;
+            }
+            elementIds.insert(el.idOffset);
+            const bool read = rowsByOffset.count(el.idOffset) != 0;
+            if (!read && reader.skipEnd != std::string_view::npos && el.begin < reader.skipEnd) {
+                Error(file, at,
+                      "string element on line " + std::to_string(at.line) +
+                          " is never read: the library skips the first two lines (keep the "
+                          "declaration and the root start tag there, one per line)");
+                continue;
+            }
+            if (el.quotedValues > 1)
+                Error(file, lines.At(el.secondValue),
+                      "more than one quoted attribute: the library takes the first quoted value "
+                      "as the id and misreads the text; keep only the id attribute");
+            if (el.selfClosing) {
+                Error(file, at,
+                      "self-closing element: the library does not understand it; write the "
+                      "start tag directly followed by the end tag");
+                continue;
+            }
+            const std::size_t closingQuote = el.idOffset + el.id.size();
+            if (el.quotedValues == 1 && el.tagClose != closingQuote + 1)
+                Error(file, lines.At(closingQuote + 1),
+                      "'>' must follow the id's closing quote directly: the library steps over "
+                      "one byte unseen and reads the rest as text");
+            if (std::size_t bad = FindInvalidUtf8(el.id); bad != std::string_view::npos)
+                Error(file, lines.At(el.idOffset + bad), "invalid UTF-8 in the id");
+            if (el.id.empty())
+                Warning(file, lines.At(el.idOffset), "empty id");
+            if (std::size_t bad = FindInvalidUtf8(el.text); bad != std::string_view::npos)
+                Error(file, lines.At(el.textOffset + bad),
+                      "invalid UTF-8 in the text: it is handed out as U+FFFD");
+            if (std::size_t nul = el.text.find('\0'); nul != std::string_view::npos)
+                Warning(file, lines.At(el.textOffset + nul),
+                        "a zero byte ends the text as the library hands it out");
+            if (std::size_t cr = el.text.find('\r'); cr != std::string_view::npos)
+                Warning(file, lines.At(el.textOffset + cr),
+                        "carriage return inside the text: it is handed out as part of it");
+            CheckEscapes(file, lines, el.textOffset, el.text);
+            entries.push_back({std::string(el.id), std::string(el.text), at.line});
+        }
+        for (const auto& row : reader.rows)
+            if (!elementIds.count(row.idOffset))
+                Error(file, lines.At(row.idOffset - 1),
+                      "the library reads the quoted value " + Quote(row.id) +
+                          " here as a string id: only string elements may hold double quotes "
+                          "after line 2");
+
+        // Order and duplicates, as the library's search sees the rows.
+        std::map<std::string_view, std::size_t> firstSeen;
+        const ReaderRow* previous = nullptr;
+        for (const auto& row : reader.rows) {
+            const Position at = lines.At(row.idOffset - 1);
+            if (role != TextRole::Override && previous && CompareKeyOrder(row.id, previous->id) < 0)
+                Error(file, at,
+                      "id " + Quote(row.id) + " is out of order: it sorts before " +
+                          Quote(previous->id) + " on line " +
+                          std::to_string(lines.At(previous->idOffset).line) +
+                          " (ids must ascend in byte order, or look-ups miss)");
+            auto [it, inserted] = firstSeen.emplace(row.id, row.idOffset);
+            if (!inserted) {
+                const int firstLine = lines.At(it->second).line;
+                if (role == TextRole::Override)
+                    Error(file, at,
+                          "duplicate override id " + Quote(row.id) + " (also on line " +
+                              std::to_string(firstLine) +
+                              "): the overrides are sorted, so which one is used is not defined");
+                else
+                    Warning(file, at,
+                            "duplicate id " + Quote(row.id) +
+                                ": the library uses the first, on line " +
+                                std::to_string(firstLine));
+            }
+            previous = &row;
+        }
+        return entries;
+    }
+
+    void CheckTextFilesTogether(const std::map<std::string, std::vector<TextEntry>>& texts) {
+        const auto full = texts.find(kFullStrings);
+        if (full == texts.end())
+            return;
+        std::map<std::string, const TextEntry*> fullById;
+        for (const auto& e : full->second)
+            fullById.emplace(e.id, &e);
+        if (auto startup = texts.find(kStartupStrings); startup != texts.end()) {
+            for (const auto& e : startup->second) {
+                auto it = fullById.find(e.id);
+                if (it == fullById.end())
+                    Error(kStartupStrings, {e.line, 1},
+                          "start-up id " + Quote(e.id) + " is missing from " + kFullStrings +
+                              ": it disappears once the full file is read");
+                else if (it->second->text != e.text)
+                    Error(kStartupStrings, {e.line, 1},
+                          "start-up text of " + Quote(e.id) + " differs from " + kFullStrings +
+                              ":" + std::to_string(it->second->line) +
+                              ": the text changes once the full file is read");
+            }
+        }
+        if (auto overrides = texts.find(kOverrideStrings); overrides != texts.end())
+            for (const auto& e : overrides->second)
+                if (!fullById.count(e.id))
+                    Warning(kOverrideStrings, {e.line, 1},
+                            "override id " + Quote(e.id) + " is not in " + kFullStrings +
+                                ": it is never shown once the full file is read");
+    }
+
+    void CheckKeyTable(const std::string& file, std::string_view bytes,
+                       const std::set<std::string>* knownIds) {
+        const LineIndex index(bytes);
+        if (bytes.substr(0, 3) == kByteOrderMark)
+            Error(file, {1, 1}, "byte-order mark: it becomes part of the first key");
+        const auto lines = ReadKeyLines(bytes);
+        std::map<std::string_view, int> firstSeen;
+        const KeyLine* previous = nullptr;
+        int previousLine = 0;
+        int lineNumber = 0;
+        for (const auto& line : lines) {
+            ++lineNumber;
+            const Position start{lineNumber, 1};
+            if (line.comma == std::string_view::npos) {
+                Error(file, start,
+                      "line without a comma: the library joins it with the next line into one "
+                      "key");
+                continue;
+            }
+            if (line.carriageReturn)
+                Error(file, {lineNumber, static_cast<int>(line.text.size())},
+                      "carriage return before the line feed: it becomes part of the id, which "
+                      "then matches no string");
+            if (!line.lineFeed)
+                Error(file, {lineNumber, static_cast<int>(line.text.size()) + 1},
+                      "the last line has no line feed: the library drops it");
+            if (std::size_t bad = FindInvalidUtf8(line.text); bad != std::string_view::npos)
+                Error(file, index.At(line.offset + bad), "invalid UTF-8");
+            std::string_view key = line.key;
+            if (lineNumber == 1 && key.substr(0, 3) == kByteOrderMark)
+                key.remove_prefix(3);
+            const Position commaAt{lineNumber, static_cast<int>(line.comma) + 1};
+            if (key.empty())
+                Warning(file, start, "empty key");
+            if (line.id.empty())
+                Warning(file, commaAt, "empty id");
+            if ((!key.empty() && (key.back() == ' ' || key.back() == '\t')) ||
+                (!line.id.empty() && (line.id.front() == ' ' || line.id.front() == '\t')))
+                Warning(file, commaAt,
+                        "space beside the comma: it belongs to the key or id (nothing is trimmed)");
+            if (previous && CompareKeyOrder(line.key, previous->key) < 0)
+                Error(file, start,
+                      "key " + Quote(line.key) + " is out of order: it sorts before " +
+                          Quote(previous->key) + " on line " + std::to_string(previousLine) +
+                          " (keys must ascend in byte order, or look-ups miss)");
+            auto [it, inserted] = firstSeen.emplace(line.key, lineNumber);
+            if (!inserted)
+                Warning(file, start,
+                        "duplicate key " + Quote(line.key) +
+                            ": the library uses the first, on line " + std::to_string(it->second));
+            if (knownIds && !line.id.empty() && !knownIds->count(std::string(line.id)))
+                Error(file, {lineNumber, static_cast<int>(line.comma) + 2},
+                      "id " + Quote(line.id) +
+                          " is in no string text file: the key is answered with an empty text");
+            previous = &line;
+            previousLine = lineNumber;
+        }
+    }
+
+    void CheckIconMap(const std::string& file, std::string_view bytes) {
+        const LineIndex lines(bytes);
+        const IconMapView view = ReadIconMap(bytes);
+        for (const auto& p : view.problems)
+            Error(file, lines.At(p.offset),
+                  p.message.find("rejects") == std::string::npos
+                      ? p.message + ": the library rejects the whole map"
+                      : p.message);
+        std::map<std::u16string, std::size_t> firstSeen;
+        const IconMapEntry* previous = nullptr;
+        std::u16string previousKey;
+        for (const auto& e : view.entries) {
+            const Position at = lines.At(e.begin);
+            std::u16string key = ToUtf16(e.key);
+            if (previous && key < previousKey)
+                Error(file, at,
+                      "key " + Quote(e.key) + " is out of order: it sorts before " +
+                          Quote(previous->key) + " on line " +
+                          std::to_string(lines.At(previous->begin).line) +
+                          " (keys must ascend in UTF-16 order, or look-ups miss)");
+            auto [it, inserted] = firstSeen.emplace(key, e.begin);
+            if (!inserted)
+                Warning(file, at,
+                        "duplicate key " + Quote(e.key) + ": the library uses the first, on line " +
+                            std::to_string(lines.At(it->second).line));
+            if (!e.file.empty() && (e.file.find_first_of(" \t\n") == 0 ||
+                                    e.file.find_last_of(" \t\n") == e.file.size() - 1))
+                Warning(file, at,
+                        "the file name " + Quote(e.file) +
+                            " has white space at its ends, which is kept");
+            previous = &e;
+            previousKey = std::move(key);
+        }
+    }
+
+    void CheckCursorTable(const std::string& file, std::string_view bytes) {
+        const DecodedCursorTable table = DecodeCursorTable(bytes);
+        if (table.count < 0) {
+            Error(file, {1, 1},
+                  "negative cursor count " + std::to_string(table.count) +
+                      ": the library fails to start");
+            return;
+        }
+        if (table.truncated)
+            Error(file, {1, 1},
+                  "the cursor table ends early: " + std::to_string(table.entries.size()) + " of " +
+                      std::to_string(table.count) + " entries read, the rest have empty names");
+        std::map<std::u16string, std::size_t> firstSeen;
+        for (std::size_t i = 0; i < table.entries.size(); ++i) {
+            const auto& e = table.entries[i];
+            const std::string name = FromUtf16(e.name);
+            const Position at{1, static_cast<int>(i + 1)}; // column: the entry's number
+            if (i > 0 && e.name < table.entries[i - 1].name)
+                Error(file, at,
+                      "cursor " + Quote(name) + " (entry " + std::to_string(i + 1) +
+                          ") is out of order: it sorts before " +
+                          Quote(FromUtf16(table.entries[i - 1].name)) +
+                          " (names must ascend in UTF-16 order)");
+            auto [it, inserted] = firstSeen.emplace(e.name, i);
+            if (!inserted)
+                Warning(file, at,
+                        "duplicate cursor " + Quote(name) + ": the library uses entry " +
+                            std::to_string(it->second + 1));
+            if (e.name.empty())
+                Warning(file, at, "entry " + std::to_string(i + 1) + " has an empty name");
+        }
+    }
+
+    std::filesystem::path dir;
+    std::string displayDir;
+    DiagnosticList list;
+};
+
+} // namespace
+
+DiagnosticList LintDirectory(const std::filesystem::path& dir, const std::string& displayDir) {
+    return Linter(dir, displayDir).Run();
+}
+
+} // namespace QanTool
