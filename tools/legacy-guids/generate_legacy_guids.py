@@ -55,6 +55,14 @@ INVENTED = [
 # already, which is where the duplicated pairs live), and the one split into two runs.
 OUT_OF_ORDER = {"Gorthane": 60, "Rastavorn": 31}
 SPLIT = "Hesperwick"
+SORT_BEFORE_BRTWASH = ("Arvoquent", "Blenniskar", "Brisselk")
+
+# What each application prefers, as the legacy look-up does.
+APP_PREFERENCES = {
+    "Lumenform": ("Lumen", "Nimbus", "NimbusIntl"),
+    "Brightwash": ("BrtWash",),
+    "Schemawright": ("Schema", "Nimbus", "NimbusIntl"),
+}
 
 
 def fail(message):
@@ -123,6 +131,11 @@ def component_ids(rng, sizes):
     ids["BrtWash"] = sorted(brt)
     for name in INVENTED:
         n = sizes[name] - OUT_OF_ORDER.get(name, 0)
+        if name in SORT_BEFORE_BRTWASH:
+            # These sort before "BrtWash", so only the preference lets it win their ids.
+            half = set(rng.sample(ids["BrtWash"][:-1], n // 2))
+            ids[name] = sorted(half | set(pick_ids(rng, n - len(half), 40000, MAX_ID - 1, half)))
+            continue
         width = max(4 * n, 400)
         low = rng.randint(1, MAX_ID - width)
         ids[name] = pick_ids(rng, n, low, low + width)
@@ -312,6 +325,19 @@ def check(rows, texts):
     mixed = sum(1 for h in holders.values() if h & preferred and h - preferred)
     if shared_preferred < 100 or mixed < 100:
         fail("preferred components share too few ids")
+    # For each application, ids whose answer the preference changes.
+    first_text = defaultdict(dict)
+    for (i, name), text in zip(rows, texts):
+        if text:
+            first_text[i].setdefault(name, text)
+    for app, names in APP_PREFERENCES.items():
+        changed = 0
+        for i, by_name in first_text.items():
+            order = sorted(by_name, key=lambda n: n.encode())
+            mine = [n for n in order if n in names]
+            changed += bool(mine) and mine[0] != order[0]
+        if changed < 50:
+            fail("the preference of %s decides only %d ids" % (app, changed))
 
 
 def main():
