@@ -3,6 +3,7 @@
 #include "CursorTable.h"
 
 #include "Bytes.h"
+#include "CursorTableWriter.h"
 
 #include "platform/PeResources.h"
 
@@ -14,21 +15,6 @@
 
 namespace QanTool {
 namespace {
-
-void PutU32(std::string& out, std::uint32_t v) {
-    for (int i = 0; i < 4; ++i)
-        out.push_back(static_cast<char>((v >> (8 * i)) & 0xFF));
-}
-
-bool GetU32(std::string_view bytes, std::size_t& pos, std::uint32_t& v) {
-    if (bytes.size() - pos < 4)
-        return false;
-    v = 0;
-    for (int i = 0; i < 4; ++i)
-        v |= static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[pos + i])) << (8 * i);
-    pos += 4;
-    return true;
-}
 
 std::string_view Trim(std::string_view s) {
     while (!s.empty() && (s.front() == ' ' || s.front() == '\t'))
@@ -79,47 +65,27 @@ std::vector<CursorEntry> ParseCursorList(std::string_view text,
 }
 
 std::string EncodeCursorTable(std::vector<CursorEntry> entries) {
+    // The library's look-up is a binary search by UTF-16 code unit; equal names keep
+    // their list order, so the first listed is the one found.
     std::stable_sort(entries.begin(), entries.end(),
                      [](const CursorEntry& a, const CursorEntry& b) { return a.name < b.name; });
-    std::string out;
-    PutU32(out, static_cast<std::uint32_t>(entries.size()));
-    for (const auto& e : entries) {
-        PutU32(out, static_cast<std::uint32_t>(e.name.size()));
-        for (char16_t unit : e.name) {
-            out.push_back(static_cast<char>(unit & 0xFF));
-            out.push_back(static_cast<char>(unit >> 8));
-        }
-        PutU32(out, e.id);
-    }
-    return out;
+    std::vector<QanTools::CursorTable::Entry> table;
+    for (const auto& e : entries)
+        table.push_back({e.name, e.id});
+    const auto bytes = QanTools::CursorTable::Write(table);
+    return std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 
 DecodedCursorTable DecodeCursorTable(std::string_view bytes) {
+    using QanTools::CursorTable::ReadStatus;
+    const auto read = QanTools::CursorTable::Read(
+        std::as_bytes(std::span<const char>(bytes.data(), bytes.size())));
     DecodedCursorTable table;
-    std::size_t pos = 0;
-    std::uint32_t raw = 0;
-    if (!GetU32(bytes, pos, raw)) {
-        table.truncated = true;
-        return table;
-    }
-    table.count = static_cast<std::int32_t>(raw);
-    for (std::int32_t i = 0; i < table.count; ++i) {
-        std::uint32_t units = 0;
-        if (!GetU32(bytes, pos, units) || (bytes.size() - pos) / 2 < units) {
-            table.truncated = true;
-            break;
-        }
-        CursorEntry e;
-        for (std::uint32_t u = 0; u < units; ++u, pos += 2)
-            e.name.push_back(
-                static_cast<char16_t>(static_cast<unsigned char>(bytes[pos]) |
-                                      (static_cast<unsigned char>(bytes[pos + 1]) << 8)));
-        if (!GetU32(bytes, pos, e.id)) {
-            table.truncated = true;
-            break;
-        }
-        table.entries.push_back(std::move(e));
-    }
+    table.count = read.storedCount;
+    for (const auto& e : read.entries)
+        table.entries.push_back({e.name, e.id, 0});
+    table.truncated = read.status == ReadStatus::Truncated;
+    table.trailingBytes = read.status == ReadStatus::TrailingBytes;
     return table;
 }
 

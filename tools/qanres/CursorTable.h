@@ -1,6 +1,6 @@
-// CursorTable.h: the cursor table that "QanIcons.dll" carries as raw-data resource 2:
-// a signed count, then per cursor a UTF-16 name (unit count, then units) and an id, all
-// little-endian. Written from a name/id list and read back for dumps and checks.
+// CursorTable.h: the tool's side of the cursor table that "QanIcons.dll" carries as
+// raw-data resource 2: name/id lists in, table bytes out (through the shared cursor-table
+// writer), and the table read back out of a module file for dumps and checks.
 #pragma once
 
 #include <cstddef>
@@ -36,6 +36,7 @@ struct DecodedCursorTable {
     std::int32_t count = 0;           // as stored
     std::vector<CursorEntry> entries; // those that could be read
     bool truncated = false;           // the bytes ended before count entries were read
+    bool trailingBytes = false;       // bytes left after the last entry
 };
 DecodedCursorTable DecodeCursorTable(std::string_view bytes);
 

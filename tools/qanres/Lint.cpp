@@ -395,6 +395,8 @@ private:
             Error(file, {1, 1},
                   "the cursor table ends early: " + std::to_string(table.entries.size()) + " of " +
                       std::to_string(table.count) + " entries read, the rest have empty names");
+        if (table.trailingBytes)
+            Warning(file, {1, 1}, "bytes after the last cursor entry are never read");
         std::map<std::u16string, std::size_t> firstSeen;
         for (std::size_t i = 0; i < table.entries.size(); ++i) {
             const auto& e = table.entries[i];

@@ -14,5 +14,6 @@ if(NOT TARGET qanres_tool_core)
         ${dir}/TextFile.cpp)
     target_include_directories(qanres_tool_core PUBLIC ${dir})
     # Only the PE resource reader and the UTF-8 converter come from the library's objects.
-    target_link_libraries(qanres_tool_core PUBLIC QanResourcesStatic PRIVATE qanres_warnings)
+    target_link_libraries(qanres_tool_core PUBLIC QanResourcesStatic qanres_cursor_table
+                                           PRIVATE qanres_warnings)
 endif()

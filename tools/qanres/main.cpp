@@ -73,6 +73,8 @@ int main(int argc, char** argv) {
     app.name("qanres");
     app.set_version_flag("--version", "qanres 1.0.0");
     app.require_subcommand(1);
+    // Options such as --escape may stand after the command too.
+    app.fallthrough();
 
     QanTool::LookupSettings settings;
     app.add_option("--master-strings", settings.masterStrings,
