@@ -10,12 +10,17 @@ QanStringViewT<wchar_t> Tokenize(QanStringViewT<wchar_t> text, QanStringViewT<wc
         pos = -1;
         return {};
     }
-    const std::size_t start = text.find_first_not_of(delims, static_cast<std::size_t>(pos));
+    // Both callers split on one code unit; that case scans with find (wmemchr) instead of
+    // testing each code unit against a set.
+    const bool single = delims.size() == 1;
+    const std::size_t start =
+        single ? text.find_first_not_of(delims.front(), static_cast<std::size_t>(pos))
+               : text.find_first_not_of(delims, static_cast<std::size_t>(pos));
     if (start == QanStringViewT<wchar_t>::npos) {
         pos = -1;
         return {};
     }
-    std::size_t end = text.find_first_of(delims, start);
+    std::size_t end = single ? text.find(delims.front(), start) : text.find_first_of(delims, start);
     if (end == QanStringViewT<wchar_t>::npos) {
         end = text.size();
     }
