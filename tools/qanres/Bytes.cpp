@@ -126,6 +126,20 @@ std::string FromUtf16(std::u16string_view text) {
     return out;
 }
 
+std::u32string ToCodePoints(std::u16string_view text) {
+    std::u32string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char32_t c = text[i];
+        if (c >= 0xD800 && c <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
+            text[i + 1] <= 0xDFFF) {
+            c = 0x10000 + ((c - 0xD800) << 10) + (text[i + 1] - 0xDC00);
+            ++i;
+        }
+        out.push_back(c);
+    }
+    return out;
+}
+
 std::string Quote(std::string_view bytes) {
     std::string out = "'";
     const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());

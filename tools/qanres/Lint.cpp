@@ -29,6 +29,18 @@ std::optional<std::string> ReadFile(const std::filesystem::path& path) {
     return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
 }
 
+// Wide keys are searched as UTF-16 on Windows and as code points elsewhere; the two
+// orders differ only where a supplementary character meets U+E000 to U+FFFF. Names the
+// order that previous and next break, or null when both keep them ascending.
+const char* OrderBroken(const std::u16string& previous, const std::u16string& next) {
+    if (next < previous)
+        return "(wide keys must ascend in UTF-16 order, or look-ups miss)";
+    if (ToCodePoints(next) < ToCodePoints(previous))
+        return "in code point order, the order of wide strings off Windows (look-ups there "
+               "miss)";
+    return nullptr;
+}
+
 enum class TextRole { Startup, Full, Override };
 
 struct TextEntry {
@@ -362,12 +374,12 @@ private:
         for (const auto& e : view.entries) {
             const Position at = lines.At(e.begin);
             std::u16string key = ToUtf16(e.key);
-            if (previous && key < previousKey)
-                Error(file, at,
-                      "key " + Quote(e.key) + " is out of order: it sorts before " +
-                          Quote(previous->key) + " on line " +
-                          std::to_string(lines.At(previous->begin).line) +
-                          " (keys must ascend in UTF-16 order, or look-ups miss)");
+            if (previous)
+                if (const char* order = OrderBroken(previousKey, key))
+                    Error(file, at,
+                          "key " + Quote(e.key) + " is out of order: it sorts before " +
+                              Quote(previous->key) + " on line " +
+                              std::to_string(lines.At(previous->begin).line) + " " + order);
             auto [it, inserted] = firstSeen.emplace(key, e.begin);
             if (!inserted)
                 Warning(file, at,
@@ -402,12 +414,12 @@ private:
             const auto& e = table.entries[i];
             const std::string name = FromUtf16(e.name);
             const Position at{1, static_cast<int>(i + 1)}; // column: the entry's number
-            if (i > 0 && e.name < table.entries[i - 1].name)
-                Error(file, at,
-                      "cursor " + Quote(name) + " (entry " + std::to_string(i + 1) +
-                          ") is out of order: it sorts before " +
-                          Quote(FromUtf16(table.entries[i - 1].name)) +
-                          " (names must ascend in UTF-16 order)");
+            if (i > 0)
+                if (const char* order = OrderBroken(table.entries[i - 1].name, e.name))
+                    Error(file, at,
+                          "cursor " + Quote(name) + " (entry " + std::to_string(i + 1) +
+                              ") is out of order: it sorts before " +
+                              Quote(FromUtf16(table.entries[i - 1].name)) + " " + order);
             auto [it, inserted] = firstSeen.emplace(e.name, i);
             if (!inserted)
                 Warning(file, at,
