@@ -89,11 +89,32 @@ DecodedCursorTable DecodeCursorTable(std::string_view bytes) {
     return table;
 }
 
-std::optional<std::string> ReadCursorResource(const std::string& path) {
+namespace {
+
+std::optional<std::string> ReadWhole(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     if (!in)
         return std::nullopt;
-    const std::string file((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+} // namespace
+
+std::optional<std::string> ReadCursorTableFile(const std::string& path) {
+    auto file = ReadWhole(path);
+    if (!file)
+        return std::nullopt;
+    if (!Framework::Platform::IsPeImage(
+            std::as_bytes(std::span<const char>(file->data(), file->size()))))
+        return file;
+    return ReadCursorResource(path);
+}
+
+std::optional<std::string> ReadCursorResource(const std::string& path) {
+    const auto whole = ReadWhole(path);
+    if (!whole)
+        return std::nullopt;
+    const std::string& file = *whole;
     const auto bytes = std::as_bytes(std::span<const char>(file.data(), file.size()));
     if (!Framework::Platform::IsPeImage(bytes))
         return std::nullopt;

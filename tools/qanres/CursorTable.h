@@ -43,5 +43,8 @@ DecodedCursorTable DecodeCursorTable(std::string_view bytes);
 // Reads raw-data resource 2 of the PE file at path; nothing when the file is not a
 // module or holds no such resource.
 std::optional<std::string> ReadCursorResource(const std::string& path);
+// The table of a module file, or the file itself when it is not a module (table bytes as
+// "cursor-table write" makes them); nothing when a module holds no table.
+std::optional<std::string> ReadCursorTableFile(const std::string& path);
 
 } // namespace QanTool

@@ -50,7 +50,7 @@ int CursorWrite(const std::string& listPath, const std::string& outPath, bool fo
 }
 
 int CursorDump(const std::string& path) {
-    const auto bytes = QanTool::ReadCursorResource(path);
+    const auto bytes = QanTool::ReadCursorTableFile(path);
     if (!bytes) {
         std::cerr << "qanres: " << path << " holds no cursor table (raw-data resource 2)\n";
         return 1;
@@ -202,7 +202,8 @@ int main(int argc, char** argv) {
     write->add_option("OUT", outPath, "table bytes to embed as raw-data resource 2")->required();
     write->add_flag("--force", force, "replace an existing OUT");
     write->callback([&] { status = CursorWrite(listPath, outPath, force); });
-    auto* dump = cursors->add_subcommand("dump", "print the cursor table of a QanIcons.dll");
+    auto* dump = cursors->add_subcommand(
+        "dump", "print the cursor table of a QanIcons.dll (or of table bytes)");
     dump->add_option("DLL", modulePath, "module file")->required();
     dump->callback([&] { status = CursorDump(modulePath); });
 

@@ -1,0 +1,67 @@
+# FmtRoundTrip.cmake: fmt on copies of the test directories. The messy directory (every
+# repairable fault) must come out clean for lint, with the look-ups its author meant; the
+# refused directory must stay byte for byte as it was.
+# -DTOOL=path -DDATA=dir -DWORK=dir
+function(run expectRc outVar)
+    execute_process(COMMAND "${TOOL}" ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out
+                    ERROR_VARIABLE err)
+    if(NOT rc STREQUAL expectRc)
+        message(FATAL_ERROR "qanres ${ARGN}: exit ${rc}, expected ${expectRc}\n${out}${err}")
+    endif()
+    set(${outVar} "${out}" PARENT_SCOPE)
+    set(lastErr "${err}" PARENT_SCOPE)
+endfunction()
+
+function(expect_lookup dir key expected)
+    set(rc 0)
+    if(expected STREQUAL "")
+        set(rc 1)
+    endif()
+    run(${rc} out --master-strings ${dir} --resources ${dir} string ${key})
+    if(NOT out STREQUAL "${expected}\n")
+        message(FATAL_ERROR "string ${key} gave '${out}', expected '${expected}'")
+    endif()
+endfunction()
+
+file(REMOVE_RECURSE ${WORK})
+file(COPY ${DATA}/messy ${DATA}/refused DESTINATION ${WORK})
+set(messy ${WORK}/messy)
+
+# As written, the carriage returns end up in the ids: the key is found, its text is not.
+expect_lookup(${messy} k.close "")
+run(1 out fmt --check ${messy})
+run(0 out fmt ${messy})
+run(0 out lint ${messy})
+if(NOT out STREQUAL "")
+    message(FATAL_ERROR "lint after fmt found:\n${out}")
+endif()
+run(0 out fmt --check ${messy})
+expect_lookup(${messy} k.open "Open")
+expect_lookup(${messy} k.save "Save")
+expect_lookup(${messy} k.close "Close")
+expect_lookup(${messy} k.empty "") # a self-closing element was meant as an empty text
+run(0 out --resources ${messy} --icons ${WORK} --icon-subdir messy icon k.open)
+if(NOT out MATCHES "iconPath: [^\n]*/messy/open.ico/\n")
+    message(FATAL_ERROR "icon k.open after fmt: ${out}")
+endif()
+file(READ ${messy}/strings.xml text)
+if(NOT text MATCHES "<!-- kept with its element -->\n  <s id=\"S_EMPTY\"></s>")
+    message(FATAL_ERROR "the comment did not move with its element:\n${text}")
+endif()
+
+set(refused ${WORK}/refused)
+run(2 out fmt ${refused})
+if(NOT lastErr MATCHES "^qanres: error: fmt refused, nothing changed: caption.csv:2:1: ")
+    message(FATAL_ERROR "unexpected refusal message: ${lastErr}")
+endif()
+foreach(name strings.xml string.csv caption.csv)
+    execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files ${DATA}/refused/${name}
+                            ${refused}/${name} RESULT_VARIABLE differs)
+    if(differs)
+        message(FATAL_ERROR "fmt changed ${name} although it refused")
+    endif()
+endforeach()
+file(GLOB leftovers ${refused}/*.qanres-new)
+if(leftovers)
+    message(FATAL_ERROR "fmt left files behind: ${leftovers}")
+endif()
