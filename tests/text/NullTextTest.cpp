@@ -12,24 +12,18 @@ namespace {
 using Framework::TextParser;
 
 TEST(NullText, GettersReadItAsEmpty) {
-    std::wstring out = L"stale";
-    EXPECT_FALSE(TextParser::GetCaptionText(nullptr, out));
-    EXPECT_EQ(out, L"");
-    out = L"stale";
-    EXPECT_FALSE(TextParser::GetLongPromptText(nullptr, out));
-    EXPECT_EQ(out, L"");
-    out = L"stale";
-    EXPECT_TRUE(TextParser::GetTipText(nullptr, out));
-    EXPECT_EQ(out, L"");
-    out = L"stale";
-    EXPECT_FALSE(TextParser::GetTipHeaderText(nullptr, out));
-    EXPECT_EQ(out, L"");
-    out = L"stale";
-    EXPECT_FALSE(TextParser::GetTipGuid(nullptr, out));
-    EXPECT_EQ(out, L"");
-    out = L"stale";
-    EXPECT_FALSE(TextParser::GetVersionNewIn(nullptr, out));
-    EXPECT_EQ(out, L"");
+    using Getter = bool (*)(const wchar_t*, QanStringT<wchar_t>&);
+    const struct {
+        Getter getter;
+        bool found;
+    } getters[] = {{TextParser::GetCaptionText, false}, {TextParser::GetLongPromptText, false},
+                   {TextParser::GetTipText, true},      {TextParser::GetTipHeaderText, false},
+                   {TextParser::GetTipGuid, false},     {TextParser::GetVersionNewIn, false}};
+    for (const auto& entry : getters) {
+        std::wstring out = L"stale";
+        EXPECT_EQ(entry.getter(nullptr, out), entry.found);
+        EXPECT_EQ(out, L"");
+    }
 }
 
 TEST(NullText, BuildersTreatItAsEmptyOrAbsent) {

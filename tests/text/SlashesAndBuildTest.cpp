@@ -51,15 +51,4 @@ TEST(BuildString, ValuesAreCopiedLiterally) {
               L"\u0001CT=%s%d%%");
 }
 
-TEST(BuildString, GettersReadBackWhatWasBuilt) {
-    const std::wstring text = TextParser::BuildString(L"Cap", L"Long", L"Tip", L"Head", L"G", L"9");
-    std::wstring out;
-    EXPECT_TRUE(TextParser::GetLongPromptText(text.c_str(), out));
-    EXPECT_EQ(out, L"Long");
-    EXPECT_TRUE(TextParser::GetTipGuid(text.c_str(), out));
-    EXPECT_EQ(out, L"G");
-    EXPECT_TRUE(TextParser::GetVersionNewIn(text.c_str(), out));
-    EXPECT_EQ(out, L"9");
-}
-
 } // namespace
