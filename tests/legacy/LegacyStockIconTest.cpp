@@ -99,7 +99,16 @@ TEST(LegacyStockIcons, ServiceRegistersTheFourKeys) {
     EXPECT_EQ(service.GetIcon(L"StockIcon::Other"), ResourceID{});
 }
 
-#if !defined(_WIN32)
+#if defined(_WIN32)
+TEST(LegacyStockIcons, ShellDescribesTheWarningIcon) {
+    LegacyResourceCollection c;
+    c.AddStockIcon(78, L"StockIcon::Warning");
+    const auto icon = FindIcon(c, L"StockIcon::Warning");
+    ASSERT_TRUE(icon);
+    EXPECT_NE(icon->module, nullptr);
+    EXPECT_GT(icon->id, 0);
+}
+#else
 TEST(LegacyStockIcons, SystemWithoutStockIconsKnowsNoKey) {
     LegacyResourceCollection c;
     c.AddStockIcon(78, L"StockIcon::Warning");
