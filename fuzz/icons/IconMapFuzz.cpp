@@ -1,0 +1,30 @@
+// Fuzzes the icon map: any bytes as "icons.map.xml", then look-ups of the keys it gave
+// against icon locations that are files, folders or neither.
+#include "FuzzPlatform.h"
+#include "icons/IconResourceCollection.h"
+#include "service/Settings.h"
+
+#include <algorithm>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static QanFuzz::FuzzPlatform platform;
+    Framework::Platform::SetPlatformForTests(&platform);
+    platform.bytes = std::as_bytes(std::span(data, size));
+
+    Framework::Internal::IconResourceCollection icons;
+    Framework::Internal::LoadIconMap(icons.Entries(), L"icons.map.xml");
+
+    const auto& entries = icons.Entries();
+    const bool sorted = std::is_sorted(entries.begin(), entries.end(),
+                                       [](const auto& a, const auto& b) { return a.key < b.key; });
+    auto& settings = Framework::Internal::ProcessSettings();
+    settings.iconDirectory = L"D";
+    for (const wchar_t* subdirectory : {L"", L"S", L"SS", L"SSS"}) {
+        settings.iconSubdirectory = subdirectory;
+        for (std::size_t i = 0; i < entries.size() && i < 8; ++i)
+            if (!icons.GetResource(entries[i].key) && sorted)
+                __builtin_trap(); // every key of a sorted map is found
+    }
+    (void)icons.GetResource(L"");
+    return 0;
+}
