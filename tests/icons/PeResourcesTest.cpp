@@ -204,6 +204,13 @@ TEST_F(PeReader, DirectoryLoopsEndTheWalk) {
         Put32(bad, field, target);
         EXPECT_TRUE(Find(bad).empty()) << field << " " << target;
     }
+    // A loop that would otherwise end in data: name 2 names its own directory, whose
+    // first entry (name 1) is made to name a data entry directly.
+    Bytes bad = file;
+    const auto languages1 = layout.Directory(Get32(file, walk.names + 16 + 4));
+    Put32(bad, walk.names + 16 + 4, Get32(file, languages1 + 16 + 4));
+    Put32(bad, walk.nameEntry + 4, names);
+    EXPECT_TRUE(Find(bad).empty());
 }
 
 TEST_F(PeReader, HugeCountsAreCappedByTheBytesThere) {
