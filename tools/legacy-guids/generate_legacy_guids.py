@@ -42,7 +42,7 @@ PREFERRED_SIZES = {
 
 # Invented names of in-house components; none is the name of a product or vendor.
 INVENTED = [
-    "Qv", "Zethrin", "Morvask", "Thrandle", "Ulvecote", "Brisselk", "Carnoquil",
+    "Qj", "Zethrin", "Morvask", "Thrandle", "Ulvecote", "Brisselk", "Carnoquil",
     "Dwemmerly", "Eskarine", "Fobbledew", "Gorthane", "Hesperwick", "Ixolant", "Jorrimax",
     "Kelvadrine", "Lorquist", "Mervantil", "Norrifax", "Ombrelith", "Pquandry",
     "Quillothrax", "Rastavorn", "Sklennet", "Tovrimund", "Ubbersloe", "Vantrellix",
