@@ -49,10 +49,4 @@ TEST(FindInTable, FirstOfEqualKeysInFileOrderWins) {
     EXPECT_EQ(Found(table, "z"), "9");
 }
 
-TEST(FindInTable, KeyWithEmbeddedZeroByteIsAKeyLikeAnyOther) {
-    const StringTable sorted = TableOf({{"a", "plain"}, {std::string("a\0b", 3), "zero"}});
-    EXPECT_EQ(Found(sorted, std::string_view("a\0b", 3)), "zero");
-    EXPECT_EQ(Found(sorted, "a"), "plain");
-}
-
 } // namespace

@@ -128,22 +128,6 @@ TEST_F(StringCollection, MissingFullFileIsTriedOnceAndStartupTextsStay) {
     EXPECT_EQ(strings.GetResource(L"early", String), Text(L"override\n"));
 }
 
-TEST_F(StringCollection, UnreadableFullFileIsTriedOnce) {
-    Keys("string.csv", {{"early", "e"}, {"late", "l"}});
-    Startup({{"e", "early"}});
-    Full({{"e", "full"}, {"l", "late"}});
-    StringResourceCollection strings;
-    const int reads = platform.readFileCalls;
-    platform.readFile = [](const wchar_t*, std::uint64_t& size) {
-        size = 0;
-        return std::unique_ptr<char[]>();
-    };
-    EXPECT_EQ(strings.GetResource(L"late", String), Text(L""));
-    EXPECT_EQ(strings.GetResource(L"late", String), Text(L""));
-    EXPECT_EQ(platform.readFileCalls, reads + 1);
-    EXPECT_EQ(strings.GetResource(L"early", String), Text(L"early"));
-}
-
 TEST_F(StringCollection, OverrideWinsBeforeAndAfterTheLazyLoad) {
     Keys("string.csv", {{"both", "b"}, {"full.only", "f"}, {"plain", "p"}});
     Startup({{"b", "start-up"}, {"p", "plain"}});
