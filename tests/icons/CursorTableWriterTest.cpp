@@ -58,24 +58,4 @@ TEST(CursorTableFile, ResourceScriptSpellsTheSameBytes) {
               "2 RCDATA \"dir\\\\cursors \\\"1\\\".bin\"\n");
 }
 
-TEST(CursorTableFile, SortedMeansSortedOnEverySystem) {
-    EXPECT_TRUE(IsSorted(kTable));
-    EXPECT_TRUE(IsSorted(std::vector<Entry>{{u"A", 1}, {u"A", 2}, {u"B", 3}}));
-    EXPECT_FALSE(IsSorted(std::vector<Entry>{{u"B", 1}, {u"A", 2}}));
-    // U+FFFD sorts before U+1F5B1 by code point but after it by UTF-16 unit.
-    EXPECT_FALSE(IsSorted(std::vector<Entry>{{u"\uFFFD", 1}, {u"\U0001F5B1", 2}}));
-    EXPECT_FALSE(IsSorted(std::vector<Entry>{{u"\U0001F5B1", 1}, {u"\uFFFD", 2}}));
-}
-
-TEST(CursorTableFile, Utf8ConversionsForNames) {
-    const std::string utf8 = "Move\xF0\x9F\x96\xB1\xC3\xBC";
-    EXPECT_EQ(Utf16FromUtf8(utf8), u"Move\U0001F5B1\u00FC");
-    EXPECT_EQ(Utf8FromUtf16(Utf16FromUtf8(utf8)), utf8);
-    EXPECT_EQ(Utf16FromUtf8("a\xE0\x80\x80z"), u"a\uFFFD\uFFFD\uFFFDz");
-    EXPECT_EQ(Utf16FromUtf8("\xF0\x9F\x96"), u"\uFFFD");
-    EXPECT_EQ(Utf16FromUtf8("\xED\xA0\x80"), u"\uFFFD\uFFFD\uFFFD");
-    EXPECT_EQ(Utf8FromUtf16(std::u16string{0xD800, u'a'}), "\xEF\xBF\xBD"
-                                                           "a");
-}
-
 } // namespace

@@ -152,21 +152,6 @@ TEST(PathKindCache, IsKeyedByTheLowerCasedPath) {
     EXPECT_EQ(GetPathKind((dir.Path() / "mixedcase").wstring()), PathKind::Folder);
 }
 
-TEST(PathKindCache, RemovedLocationKeepsItsCachedKindForLookUps) {
-    QanTest::TempDir dir;
-    std::filesystem::create_directories(dir.Path() / "S");
-    ProcessSettings().iconDirectory = dir.Wide();
-    ProcessSettings().iconSubdirectory = L"S";
-    IconResourceCollection icons;
-    icons.Entries() = {{L"K", L"k.ico"}};
-    const auto before = icons.GetResource(L"K");
-    std::filesystem::remove_all(dir.Path() / "S");
-    EXPECT_EQ(icons.GetResource(L"K"), before);
-    EXPECT_FALSE(before->iconPath.empty());
-    ProcessSettings().iconDirectory.clear();
-    ProcessSettings().iconSubdirectory.clear();
-}
-
 TEST(PathKindCache, ConcurrentLookUpsAgree) {
     QanTest::TempDir dir;
     std::vector<std::wstring> paths;

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
 
 namespace {
 using namespace Framework::Platform;
@@ -90,6 +89,13 @@ protected:
     Bytes Find(const Bytes& bytes, std::uint32_t id = 2) const {
         return QanTest::Bytes(FindPeRawData(bytes, id));
     }
+    // Resource 2 of a copy of the fixture after corrupt has damaged it.
+    template <class Corrupt>
+    Bytes FindIn(Corrupt corrupt) const {
+        Bytes bad = file;
+        corrupt(bad);
+        return Find(bad);
+    }
 
     Bytes file;
     Layout layout;
@@ -156,9 +162,7 @@ TEST_F(PeReader, TruncatedCopiesGiveNothingOrTheWholeResource) {
 
 TEST_F(PeReader, OffsetsAndSizesPastTheEndGiveNothing) {
     auto expectEmpty = [&](auto corrupt, const char* what) {
-        Bytes bad = file;
-        corrupt(bad);
-        EXPECT_TRUE(Find(bad).empty()) << what;
+        EXPECT_TRUE(FindIn(corrupt).empty()) << what;
     };
     expectEmpty([&](Bytes& b) { Put32(b, layout.optional + 128, 0); }, "no resource directory");
     expectEmpty([&](Bytes& b) { Put32(b, layout.optional + 108, 2); }, "two data directories");
@@ -177,9 +181,7 @@ TEST_F(PeReader, OffsetsAndSizesPastTheEndGiveNothing) {
 
 TEST_F(PeReader, TheWalkIsExactlyTypeNameLanguage) {
     auto expectEmpty = [&](auto corrupt, const char* what) {
-        Bytes bad = file;
-        corrupt(bad);
-        EXPECT_TRUE(Find(bad).empty()) << what;
+        EXPECT_TRUE(FindIn(corrupt).empty()) << what;
     };
     expectEmpty([&](Bytes& b) { Put32(b, walk.typeEntry, 0x8000000A); }, "type given by name");
     expectEmpty(
@@ -225,25 +227,6 @@ TEST_F(PeReader, HugeCountsAreCappedByTheBytesThere) {
     Put16(sections, layout.pe + 6, 0xFFFF);
     const Bytes found = Find(sections);
     EXPECT_TRUE(found.empty() || found == expected);
-}
-
-TEST_F(PeReader, RandomDamageNeverReachesOutside) {
-    std::mt19937 random(20261122);
-    for (int round = 0; round < 3000; ++round) {
-        Bytes bad = file;
-        const int flips = 1 + round % 8;
-        for (int i = 0; i < flips; ++i) {
-            // Aim most damage at the headers and the resource tree.
-            const std::size_t region = round % 2 ? layout.root : 0;
-            const std::size_t at = region + random() % 512;
-            bad.at(at) = static_cast<std::byte>(random());
-        }
-        const auto found = FindPeRawData(bad, 2);
-        if (!found.empty()) {
-            EXPECT_GE(found.data(), bad.data());
-            EXPECT_LE(found.data() + found.size(), bad.data() + bad.size());
-        }
-    }
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 // the result is the same little-endian form on every host.
 #include "CursorTableWriter.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <optional>
 
@@ -43,22 +42,6 @@ private:
     std::span<const std::byte> bytes;
     std::size_t position = 0;
 };
-
-// Code points of UTF-16 text, unpaired surrogates as themselves.
-std::u32string CodePoints(std::u16string_view text) {
-    std::u32string points;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char32_t unit = text[i];
-        if (unit >= 0xD800 && unit <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
-            text[i + 1] <= 0xDFFF) {
-            points.push_back(0x10000 + ((unit - 0xD800) << 10) + (text[i + 1] - 0xDC00));
-            ++i;
-        } else {
-            points.push_back(unit);
-        }
-    }
-    return points;
-}
 
 } // namespace
 
@@ -104,16 +87,6 @@ ReadResult Read(std::span<const std::byte> bytes) {
     return result;
 }
 
-bool IsSorted(std::span<const Entry> entries) {
-    for (std::size_t i = 1; i < entries.size(); ++i) {
-        const auto& before = entries[i - 1].name;
-        const auto& after = entries[i].name;
-        if (after < before || CodePoints(after) < CodePoints(before))
-            return false;
-    }
-    return true;
-}
-
 std::string WriteRcScript(std::span<const Entry> entries, int resourceId) {
     std::string rc = "// The cursor table: a count, then per cursor its name and resource id.\n";
     rc += std::to_string(resourceId) + " RCDATA\n{\n    " + std::to_string(entries.size()) + "L";
@@ -139,75 +112,6 @@ std::string WriteRcScriptForBinary(std::string_view binaryPath, int resourceId) 
     }
     rc += "\"\n";
     return rc;
-}
-
-std::u16string Utf16FromUtf8(std::string_view text) {
-    std::u16string out;
-    std::size_t i = 0;
-    auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
-    while (i < text.size()) {
-        const unsigned char lead = byte(i);
-        std::size_t length = lead < 0x80                    ? 1
-                             : lead >= 0xC2 && lead <= 0xDF ? 2
-                             : lead >= 0xE0 && lead <= 0xEF ? 3
-                             : lead >= 0xF0 && lead <= 0xF4 ? 4
-                                                            : 0;
-        char32_t point = length == 1   ? lead
-                         : length == 2 ? lead & 0x1F
-                         : length == 3 ? lead & 0x0F
-                                       : lead & 0x07;
-        std::size_t taken = 1;
-        bool valid = length != 0;
-        for (; valid && taken < length; ++taken) {
-            if (i + taken >= text.size() || (byte(i + taken) & 0xC0) != 0x80) {
-                valid = false;
-                break;
-            }
-            const unsigned char next = byte(i + taken);
-            if (taken == 1 && ((lead == 0xE0 && next < 0xA0) || (lead == 0xED && next > 0x9F) ||
-                               (lead == 0xF0 && next < 0x90) || (lead == 0xF4 && next > 0x8F))) {
-                valid = false;
-                break;
-            }
-            point = point << 6 | (next & 0x3F);
-        }
-        if (!valid) {
-            out.push_back(u'\uFFFD');
-            i += std::max<std::size_t>(taken, 1); // one replacement per maximal subpart
-            continue;
-        }
-        i += length;
-        if (point >= 0x10000) {
-            out.push_back(static_cast<char16_t>(0xD800 + ((point - 0x10000) >> 10)));
-            out.push_back(static_cast<char16_t>(0xDC00 + ((point - 0x10000) & 0x3FF)));
-        } else {
-            out.push_back(static_cast<char16_t>(point));
-        }
-    }
-    return out;
-}
-
-std::string Utf8FromUtf16(std::u16string_view text) {
-    std::string out;
-    for (const char32_t point : CodePoints(text)) {
-        const char32_t c = point >= 0xD800 && point <= 0xDFFF ? 0xFFFD : point;
-        if (c < 0x80) {
-            out.push_back(static_cast<char>(c));
-        } else if (c < 0x800) {
-            out.push_back(static_cast<char>(0xC0 | c >> 6));
-            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-        } else if (c < 0x10000) {
-            out.push_back(static_cast<char>(0xE0 | c >> 12));
-            out.push_back(static_cast<char>(0x80 | (c >> 6 & 0x3F)));
-            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-        } else {
-            out.push_back(static_cast<char>(0xF0 | c >> 18));
-            out.push_back(static_cast<char>(0x80 | (c >> 12 & 0x3F)));
-            out.push_back(static_cast<char>(0x80 | (c >> 6 & 0x3F)));
-            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-        }
-    }
-    return out;
 }
 
 } // namespace QanTools::CursorTable

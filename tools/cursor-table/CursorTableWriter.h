@@ -39,10 +39,6 @@ struct ReadResult {
 // Reads archive bytes strictly: a name or id that runs past the end stops the read.
 ReadResult Read(std::span<const std::byte> bytes);
 
-// True when the names ascend as the library searches them on every system: by UTF-16
-// code unit (Windows) and by code point (elsewhere). Equal names are allowed.
-bool IsSorted(std::span<const Entry> entries);
-
 // A resource script holding the table inline as resource resourceId of type RCDATA,
 // every value spelled as a number (32-bit with "L", UTF-16 units as 16-bit words), so
 // that any name survives the resource compiler byte for byte.
@@ -50,10 +46,5 @@ std::string WriteRcScript(std::span<const Entry> entries, int resourceId = 2);
 
 // A resource script that pulls the table from a binary file written with Write.
 std::string WriteRcScriptForBinary(std::string_view binaryPath, int resourceId = 2);
-
-// UTF-8 to UTF-16 and back for tools that read and print names; ill-formed input
-// becomes U+FFFD.
-std::u16string Utf16FromUtf8(std::string_view text);
-std::string Utf8FromUtf16(std::u16string_view text);
 
 } // namespace QanTools::CursorTable
