@@ -163,14 +163,6 @@ TEST(LegacyGuidLookup, ServiceReadsTheApplicationNameAtEachCall) {
     EXPECT_EQ(service.GetLegacyGuid("Other", 10), L"g-nim10");
     Resources::SetAppName(L"");
     EXPECT_EQ(service.GetLegacyGuid("Other", 10), L"g-brt10");
-
-    // The exported look-ups go through the same service.
-    Internal::IResources::SetResourcesForTests(&service);
-    EXPECT_EQ(Resources::GetLegacyGuid("Nimbus", 10), L"g-nim10");
-    EXPECT_EQ(Resources::GetLegacyString(10, "Nimbus"), L"\x0001TT=Nim");
-    EXPECT_EQ(Resources::GetLegacyString(99, "Nimbus"), L"");
-    EXPECT_EQ(Resources::GetLegacyString(20, "Aaa"), L"");
-    Internal::IResources::SetResourcesForTests(nullptr);
 }
 
 } // namespace

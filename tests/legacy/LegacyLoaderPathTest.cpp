@@ -87,15 +87,4 @@ TEST_F(LegacyLoaderPath, EmptiedOrDefaultLoaderGivesEmptyTexts) {
         EXPECT_EQ(service->GetString(L"legacy.key", kind), L"") << kind;
 }
 
-TEST_F(LegacyLoaderPath, LastInjectionWins) {
-    int first = 0;
-    QanResources::InjectQanCtlDependency({[&first](HINSTANCE, std::uint32_t) {
-        ++first;
-        return QanStringT<wchar_t>(L"first");
-    }});
-    InjectTagged();
-    EXPECT_EQ(service->GetString(L"legacy.key", String), kTagged);
-    EXPECT_EQ(first, 0);
-}
-
 } // namespace
