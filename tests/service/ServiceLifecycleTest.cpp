@@ -44,8 +44,15 @@ struct ReadRecorder {
     }
 };
 
+// The built-in service also loads the shell's module for its stock icons on Windows; these
+// tests count only the platform icon library.
+void WithoutStockIcons(FakePlatform& platform) {
+    platform.stockIcon = [](int, Framework::Platform::StockIconLocation&) { return false; };
+}
+
 TEST(Preload, AlwaysTrueAndBuildsOnce) {
     FakePlatform platform;
+    WithoutStockIcons(platform);
     EXPECT_TRUE(Resources::Preload());
     EXPECT_TRUE(Resources::Preload());
     EXPECT_EQ(platform.loadModuleCalls, 1);
@@ -55,6 +62,7 @@ TEST(Preload, AlwaysTrueAndBuildsOnce) {
 
 TEST(Preload, WithATestServiceBuildsNothingAndStillCountsAsDone) {
     FakePlatform platform;
+    WithoutStockIcons(platform);
     {
         QanTest::ScriptedService service;
         EXPECT_TRUE(Resources::Preload());
@@ -69,6 +77,7 @@ TEST(Preload, WithATestServiceBuildsNothingAndStillCountsAsDone) {
 
 TEST(TestService, ReplacesTheBuiltInOneWithoutBuildingIt) {
     FakePlatform platform;
+    WithoutStockIcons(platform);
     QanTest::ScriptedService service;
     service.text = L"scripted";
     EXPECT_EQ(&IResources::GetImpl(), &service);
@@ -78,6 +87,7 @@ TEST(TestService, ReplacesTheBuiltInOneWithoutBuildingIt) {
 
 TEST(TestService, ClearingItReturnsToTheBuiltInService) {
     FakePlatform platform;
+    WithoutStockIcons(platform);
     const IResources* builtIn = &IResources::GetImpl();
     {
         QanTest::ScriptedService service;
@@ -89,6 +99,7 @@ TEST(TestService, ClearingItReturnsToTheBuiltInService) {
 
 TEST(Construction, AFailureIsRetriedOnTheNextCall) {
     FakePlatform platform;
+    WithoutStockIcons(platform);
     int attempts = 0;
     platform.loadModule = [&](const wchar_t*) -> HINSTANCE {
         if (++attempts == 1)
@@ -104,6 +115,7 @@ TEST(Construction, AFailureIsRetriedOnTheNextCall) {
 
 TEST(Construction, ConcurrentFirstCallersShareOneService) {
     FakePlatform platform;
+    WithoutStockIcons(platform);
     std::vector<const IResources*> seen(8);
     std::vector<std::thread> threads;
     for (std::size_t i = 0; i < seen.size(); ++i)
@@ -117,6 +129,7 @@ TEST(Construction, ConcurrentFirstCallersShareOneService) {
 
 TEST(Construction, LoadsThePlatformIconLibraryByBareName) {
     FakePlatform platform;
+    WithoutStockIcons(platform);
     std::wstring asked;
     platform.loadModule = [&](const wchar_t* name) -> HINSTANCE {
         asked = name;
@@ -128,6 +141,7 @@ TEST(Construction, LoadsThePlatformIconLibraryByBareName) {
 
 TEST(Construction, WithoutSettingsSucceedsAndSkipsTheIconMap) {
     FakePlatform platform;
+    WithoutStockIcons(platform);
     ReadRecorder reads;
     reads.Attach(platform);
     EXPECT_TRUE(Resources::Preload());
@@ -138,6 +152,7 @@ TEST(Construction, IconMapIsIgnoredWithoutAnIconDirectory) {
     QanTest::TempDir dir;
     dir.Write("icons.map.xml", "<maps><map guid=\"K\">k.ico</map></maps>\n");
     FakePlatform platform;
+    WithoutStockIcons(platform);
     ReadRecorder reads;
     reads.Attach(platform);
     Resources::SetResourceDirectories(dir.Wide(), dir.Wide(), L"", dir.Wide(), L"");
@@ -151,6 +166,7 @@ TEST(Construction, IconMapIsReadFromTheResourceDirectory) {
     QanTest::TempDir icons;
     resources.Write("icons.map.xml", "<maps><map guid=\"K\">k.ico</map></maps>\n");
     FakePlatform platform;
+    WithoutStockIcons(platform);
     ReadRecorder reads;
     reads.Attach(platform);
     Resources::SetResourceDirectories(L"", resources.Wide(), icons.Wide(), L"", L"");
