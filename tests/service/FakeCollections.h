@@ -6,79 +6,66 @@
 
 #include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace QanTest {
 
 using Framework::Resources;
 using Framework::Internal::StringKind;
+using ResourceID = Resources::ResourceID;
 
-class FakeStrings final : public Framework::Internal::StringCollection {
-public:
-    std::map<std::pair<std::wstring, StringKind>, std::wstring> answers;
-    mutable std::vector<std::pair<std::wstring, StringKind>> asked;
-
-    std::optional<std::wstring> GetResource(const std::wstring& key,
-                                            StringKind kind) const override {
-        asked.emplace_back(key, kind);
-        const auto found = answers.find({key, kind});
-        if (found == answers.end())
-            return std::nullopt;
-        return found->second;
-    }
-};
-
-class FakeIds final : public Framework::Internal::IdCollection {
-public:
-    std::map<std::wstring, Resources::ResourceID> answers;
+// Answers keyed by (key, kind or type); every question is logged as "key/kind".
+template <class Answer>
+struct Script {
+    std::map<std::wstring, Answer> answers;
     mutable std::vector<std::wstring> asked;
 
-    std::optional<Resources::ResourceID> GetResource(const std::wstring& key) const override {
-        asked.push_back(key);
-        const auto found = answers.find(key);
-        if (found == answers.end())
-            return std::nullopt;
-        return found->second;
+    std::optional<Answer> Ask(const std::wstring& key, std::uint32_t selector) const {
+        const std::wstring entry = key + L"/" + std::to_wstring(selector);
+        asked.push_back(entry);
+        const auto found = answers.find(entry);
+        return found == answers.end() ? std::nullopt : std::optional<Answer>(found->second);
     }
 };
 
-class FakeLegacy final : public Framework::Internal::LegacyCollection {
-public:
-    std::map<std::pair<std::wstring, int>, Resources::ResourceID> answers;
-    mutable std::vector<std::pair<std::wstring, int>> asked;
-    std::vector<std::wstring> calls;
+struct FakeStrings final : Framework::Internal::StringCollection, Script<std::wstring> {
+    std::optional<std::wstring> GetResource(const std::wstring& key,
+                                            StringKind kind) const override {
+        return Ask(key, kind);
+    }
+};
 
-    void GetResource(std::optional<Resources::ResourceID>& out, const std::wstring& key,
+struct FakeIds final : Framework::Internal::IdCollection, Script<ResourceID> {
+    std::optional<ResourceID> GetResource(const std::wstring& key) const override {
+        return Ask(key, 0);
+    }
+};
+
+struct FakeLegacy final : Framework::Internal::LegacyCollection, Script<ResourceID> {
+    std::vector<std::wstring> calls;
+    static std::wstring Name(const wchar_t* text) { return text ? text : L"(null)"; }
+
+    void GetResource(std::optional<ResourceID>& out, const std::wstring& key,
                      Resources::ResourceType type) const override {
-        asked.emplace_back(key, static_cast<int>(type));
-        out.reset();
-        const auto found = answers.find({key, static_cast<int>(type)});
-        if (found != answers.end())
-            out = found->second;
+        out = Ask(key, static_cast<std::uint32_t>(type));
     }
     void AddResources(const wchar_t* component, const Resources::RegistrarMapEntry*, int count,
                       Resources::ResourceType type) override {
-        calls.push_back(L"AddResources " + std::wstring(component ? component : L"(null)") + L" " +
-                        std::to_wstring(count) + L" " + std::to_wstring(static_cast<int>(type)));
+        calls.push_back(L"Add " + Name(component) + L" " + std::to_wstring(count) + L" " +
+                        std::to_wstring(type));
     }
     void AddComponent(const wchar_t* component, HINSTANCE) override {
-        calls.push_back(L"AddComponent " + std::wstring(component ? component : L"(null)"));
+        calls.push_back(L"Component " + Name(component));
     }
     void RemoveComponent(const wchar_t* component) override {
-        calls.push_back(L"RemoveComponent " + std::wstring(component ? component : L"(null)"));
+        calls.push_back(L"Remove " + Name(component));
     }
 };
 
-// A module handle that is never dereferenced.
-inline HINSTANCE FakeModule(std::uintptr_t n) {
-    return reinterpret_cast<HINSTANCE>(n);
-}
-
-inline Resources::ResourceID IdOf(int id, HINSTANCE module = nullptr) {
-    Resources::ResourceID result;
+inline ResourceID IdOf(int id, std::uintptr_t module = 0) {
+    ResourceID result;
     result.id = id;
-    result.module = module;
+    result.module = reinterpret_cast<HINSTANCE>(module);
     return result;
 }
 

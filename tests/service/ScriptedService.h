@@ -1,5 +1,5 @@
-// ScriptedService.h: an IResources that a host's tests would write: fixed answers and a
-// record of every call, installed with SetResourcesForTests.
+// ScriptedService.h: an IResources such as a host's tests write: fixed answers and a log
+// of every call, installed with SetResourcesForTests for its lifetime.
 #pragma once
 
 #include <framework/Resources.h>
@@ -11,7 +11,8 @@ namespace QanTest {
 
 class ScriptedService final : public Framework::Internal::IResources {
 public:
-    std::wstring text; // answer of GetString and GetLegacyString
+    using ResourceID = Framework::Resources::ResourceID;
+    std::wstring text; // answer of the string look-ups
     std::wstring guid; // answer of GetLegacyGuid
     mutable std::vector<std::wstring> calls;
 
@@ -20,44 +21,44 @@ public:
 
     std::wstring GetString(const std::wstring& key,
                            Framework::Internal::StringKind kind) const override {
-        calls.push_back(L"GetString " + key + L" " + std::to_wstring(kind));
-        return text;
+        return Log(L"GetString " + key + L" " + std::to_wstring(kind), text);
     }
-    Framework::Resources::ResourceID GetIcon(const std::wstring& key) const override {
-        calls.push_back(L"GetIcon " + key);
-        Framework::Resources::ResourceID id;
-        id.iconPath = L"icon:" + key;
-        return id;
+    ResourceID GetIcon(const std::wstring& key) const override {
+        return Log(L"GetIcon " + key, ResourceID{});
     }
-    Framework::Resources::ResourceID GetCursor(const std::wstring& key) const override {
-        calls.push_back(L"GetCursor " + key);
-        return {};
+    ResourceID GetCursor(const std::wstring& key) const override {
+        return Log(L"GetCursor " + key, ResourceID{});
     }
     std::wstring GetLegacyString(const std::wstring& key) const override {
-        calls.push_back(L"GetLegacyString " + key);
-        return text;
+        return Log(L"GetLegacyString " + key, text);
     }
     std::wstring GetLegacyStringHeaderFirst(const std::wstring& key) const override {
-        calls.push_back(L"GetLegacyStringHeaderFirst " + key);
-        return text;
+        return Log(L"HeaderFirst " + key, text);
     }
     std::wstring GetLegacyGuid(std::string_view component, int id) const override {
-        calls.push_back(L"GetLegacyGuid " + std::wstring(component.begin(), component.end()) +
-                        L" " + std::to_wstring(id));
-        return guid;
+        const std::wstring name(component.begin(), component.end());
+        return Log(L"GetLegacyGuid " + name + L" " + std::to_wstring(id), guid);
     }
     void AddLegacyComponent(const wchar_t* component, HINSTANCE) const override {
-        calls.push_back(L"AddLegacyComponent " + std::wstring(component ? component : L"(null)"));
+        Log(L"AddLegacyComponent " + Name(component), 0);
     }
     void RemoveLegacyComponent(const wchar_t* component) const override {
-        calls.push_back(L"RemoveLegacyComponent " +
-                        std::wstring(component ? component : L"(null)"));
+        Log(L"RemoveLegacyComponent " + Name(component), 0);
     }
     void AddLegacyResources(const wchar_t* component,
                             const Framework::Resources::RegistrarMapEntry*, int count,
                             Framework::Resources::ResourceType type) const override {
-        calls.push_back(L"AddLegacyResources " + std::wstring(component ? component : L"(null)") +
-                        L" " + std::to_wstring(count) + L" " + std::to_wstring(type));
+        Log(L"AddLegacyResources " + Name(component) + L" " + std::to_wstring(count) + L" " +
+                std::to_wstring(type),
+            0);
+    }
+
+private:
+    static std::wstring Name(const wchar_t* text) { return text ? text : L"(null)"; }
+    template <class T>
+    T Log(std::wstring call, T answer) const {
+        calls.push_back(std::move(call));
+        return answer;
     }
 };
 

@@ -7,8 +7,6 @@
 
 #include "platform/Path.h"
 
-#include <framework/Resources.h>
-
 #include <gtest/gtest.h>
 
 #include <mutex>
@@ -18,162 +16,102 @@
 namespace {
 using Framework::Resources;
 using Framework::Internal::IResources;
-using QanTest::FakePlatform;
 
-// Records the files the library reads, in order, and reads them for real.
-struct ReadRecorder {
+// Counts loads of the platform icon library and records every file read. The shell's
+// module for stock icons (loaded on Windows) is kept out of the count.
+struct Platform : QanTest::FakePlatform {
     std::mutex mutex;
-    std::vector<std::wstring> paths;
+    std::vector<std::wstring> reads;
 
-    void Attach(FakePlatform& platform) {
-        platform.readFile = [this](const wchar_t* path, std::uint64_t& size) {
-            {
-                std::lock_guard lock(mutex);
-                paths.emplace_back(path ? path : L"");
-            }
+    Platform() {
+        stockIcon = [](int, Framework::Platform::StockIconLocation&) { return false; };
+        readFile = [this](const wchar_t* path, std::uint64_t& size) {
+            std::lock_guard lock(mutex);
+            reads.emplace_back(path);
             return Framework::Platform::SystemPlatform().ReadFileInfoBuffer(path, size);
         };
     }
-    bool ReadEndingWith(const std::wstring& name) {
+    bool Read(const std::wstring& path) {
         std::lock_guard lock(mutex);
-        for (const auto& path : paths)
-            if (path.size() >= name.size() &&
-                path.compare(path.size() - name.size(), name.size(), name) == 0)
-                return true;
-        return false;
+        return std::find(reads.begin(), reads.end(), path) != reads.end();
     }
 };
 
-// The built-in service also loads the shell's module for its stock icons on Windows; these
-// tests count only the platform icon library.
-void WithoutStockIcons(FakePlatform& platform) {
-    platform.stockIcon = [](int, Framework::Platform::StockIconLocation&) { return false; };
-}
-
 TEST(Preload, AlwaysTrueAndBuildsOnce) {
-    FakePlatform platform;
-    WithoutStockIcons(platform);
+    Platform platform;
     EXPECT_TRUE(Resources::Preload());
     EXPECT_TRUE(Resources::Preload());
-    EXPECT_EQ(platform.loadModuleCalls, 1);
     Resources::GetString(L"anything");
     EXPECT_EQ(platform.loadModuleCalls, 1);
 }
 
 TEST(Preload, WithATestServiceBuildsNothingAndStillCountsAsDone) {
-    FakePlatform platform;
-    WithoutStockIcons(platform);
-    {
-        QanTest::ScriptedService service;
-        EXPECT_TRUE(Resources::Preload());
-        EXPECT_EQ(platform.loadModuleCalls, 0);
-        EXPECT_EQ(platform.readFileCalls, 0);
-    }
-    EXPECT_TRUE(Resources::Preload());
-    EXPECT_EQ(platform.loadModuleCalls, 0) << "a later Preload must not build";
-    Resources::GetCursor(L"x");
-    EXPECT_EQ(platform.loadModuleCalls, 1) << "the first look-up builds";
-}
-
-TEST(TestService, ReplacesTheBuiltInOneWithoutBuildingIt) {
-    FakePlatform platform;
-    WithoutStockIcons(platform);
-    QanTest::ScriptedService service;
-    service.text = L"scripted";
-    EXPECT_EQ(&IResources::GetImpl(), &service);
-    EXPECT_EQ(Resources::GetString(L"k"), L"scripted");
-    EXPECT_EQ(platform.loadModuleCalls, 0);
-}
-
-TEST(TestService, ClearingItReturnsToTheBuiltInService) {
-    FakePlatform platform;
-    WithoutStockIcons(platform);
-    const IResources* builtIn = &IResources::GetImpl();
+    Platform platform;
     {
         QanTest::ScriptedService service;
         EXPECT_EQ(&IResources::GetImpl(), &service);
+        EXPECT_TRUE(Resources::Preload());
     }
+    EXPECT_TRUE(Resources::Preload());
+    EXPECT_EQ(platform.loadModuleCalls, 0) << "neither Preload builds";
+    EXPECT_EQ(platform.readFileCalls, 0);
+    const IResources* builtIn = &IResources::GetImpl();
+    Resources::GetCursor(L"x");
     EXPECT_EQ(&IResources::GetImpl(), builtIn);
-    EXPECT_EQ(platform.loadModuleCalls, 1);
+    EXPECT_EQ(platform.loadModuleCalls, 1) << "the first look-up builds";
 }
 
 TEST(Construction, AFailureIsRetriedOnTheNextCall) {
-    FakePlatform platform;
-    WithoutStockIcons(platform);
+    Platform platform;
     int attempts = 0;
-    platform.loadModule = [&](const wchar_t*) -> HINSTANCE {
+    std::wstring asked;
+    platform.loadModule = [&](const wchar_t* name) -> HINSTANCE {
+        asked = name;
         if (++attempts == 1)
             throw std::bad_alloc();
         return nullptr;
     };
     EXPECT_THROW(Resources::GetString(L"k"), std::bad_alloc);
     EXPECT_EQ(Resources::GetString(L"k"), L"");
-    EXPECT_EQ(attempts, 2);
     Resources::GetIcon(L"k");
     EXPECT_EQ(attempts, 2) << "built once the retry succeeded";
+    EXPECT_EQ(asked, L"QanIcons.dll") << "loaded by bare name";
 }
 
 TEST(Construction, ConcurrentFirstCallersShareOneService) {
-    FakePlatform platform;
-    WithoutStockIcons(platform);
+    Platform platform;
     std::vector<const IResources*> seen(8);
     std::vector<std::thread> threads;
     for (std::size_t i = 0; i < seen.size(); ++i)
         threads.emplace_back([&seen, i] { seen[i] = &IResources::GetImpl(); });
     for (auto& thread : threads)
         thread.join();
-    for (const IResources* service : seen)
-        EXPECT_EQ(service, seen[0]);
+    EXPECT_EQ(std::count(seen.begin(), seen.end(), seen[0]), 8);
     EXPECT_EQ(platform.loadModuleCalls, 1);
 }
 
-TEST(Construction, LoadsThePlatformIconLibraryByBareName) {
-    FakePlatform platform;
-    WithoutStockIcons(platform);
-    std::wstring asked;
-    platform.loadModule = [&](const wchar_t* name) -> HINSTANCE {
-        asked = name;
-        return nullptr;
-    };
-    Resources::Preload();
-    EXPECT_EQ(asked, L"QanIcons.dll");
-}
-
-TEST(Construction, WithoutSettingsSucceedsAndSkipsTheIconMap) {
-    FakePlatform platform;
-    WithoutStockIcons(platform);
-    ReadRecorder reads;
-    reads.Attach(platform);
-    EXPECT_TRUE(Resources::Preload());
-    EXPECT_FALSE(reads.ReadEndingWith(L"icons.map.xml"));
-}
-
-TEST(Construction, IconMapIsIgnoredWithoutAnIconDirectory) {
-    QanTest::TempDir dir;
-    dir.Write("icons.map.xml", "<maps><map guid=\"K\">k.ico</map></maps>\n");
-    FakePlatform platform;
-    WithoutStockIcons(platform);
-    ReadRecorder reads;
-    reads.Attach(platform);
-    Resources::SetResourceDirectories(dir.Wide(), dir.Wide(), L"", dir.Wide(), L"");
-    Resources::Preload();
-    EXPECT_FALSE(reads.ReadEndingWith(L"icons.map.xml"));
-    EXPECT_EQ(Resources::GetIcon(L"K"), Resources::ResourceID{});
-}
-
-TEST(Construction, IconMapIsReadFromTheResourceDirectory) {
-    QanTest::TempDir resources;
-    QanTest::TempDir icons;
+// The map lives in the resource directory, but whether it is read at all depends on the
+// icon directory.
+TEST(Construction, IconMapIsReadOnlyWithAnIconDirectory) {
+    QanTest::TempDir resources, icons;
     resources.Write("icons.map.xml", "<maps><map guid=\"K\">k.ico</map></maps>\n");
-    FakePlatform platform;
-    WithoutStockIcons(platform);
-    ReadRecorder reads;
-    reads.Attach(platform);
+    const auto map = Framework::Path::Combine(resources.Wide(), L"icons.map.xml");
+    Platform platform;
     Resources::SetResourceDirectories(L"", resources.Wide(), icons.Wide(), L"", L"");
     Resources::Preload();
-    EXPECT_TRUE(reads.ReadEndingWith(Framework::Path::Combine(resources.Wide(), L"icons.map.xml")));
-    EXPECT_EQ(Resources::GetIcon(L"K").iconPath,
-              Framework::Path::AddBackslash(Framework::Path::Combine(icons.Wide(), L"k.ico")));
+    EXPECT_TRUE(platform.Read(map));
+    const auto folder = Framework::Path::Combine(icons.Wide(), L"k.ico");
+    EXPECT_EQ(Resources::GetIcon(L"K").iconPath, Framework::Path::AddBackslash(folder));
+}
+
+TEST(Construction, WithoutAnIconDirectoryTheMapIsIgnored) {
+    QanTest::TempDir dir;
+    dir.Write("icons.map.xml", "<maps><map guid=\"K\">k.ico</map></maps>\n");
+    Platform platform;
+    Resources::SetResourceDirectories(dir.Wide(), dir.Wide(), L"", dir.Wide(), L"");
+    EXPECT_TRUE(Resources::Preload());
+    EXPECT_FALSE(platform.Read(Framework::Path::Combine(dir.Wide(), L"icons.map.xml")));
+    EXPECT_EQ(Resources::GetIcon(L"K"), Resources::ResourceID{});
 }
 
 } // namespace

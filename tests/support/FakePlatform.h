@@ -9,10 +9,10 @@
 
 namespace QanTest {
 
-class FakePlatform final : public Framework::Platform::IPlatform {
+class FakePlatform : public Framework::Platform::IPlatform {
 public:
-    FakePlatform();  // installs itself
-    ~FakePlatform(); // restores the system's platform
+    FakePlatform();           // installs itself
+    ~FakePlatform() override; // restores the system's platform
 
     // Replacements; an empty function forwards to the system.
     std::function<std::unique_ptr<char[]>(const wchar_t*, std::uint64_t&)> readFile;
