@@ -1,18 +1,19 @@
 // The string collection's life cycle: start-up texts, overrides, key tables and the lazy
 // load of the full text file, on real files.
 #include "StringTestFiles.h"
+#include "platform/Utf8.h"
 #include "service/Settings.h"
 #include "strings/StringResourceCollection.h"
 #include "support/FakePlatform.h"
-#include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 namespace {
 using namespace Framework::Internal;
-using StringTests::KeyTableBytes;
-using StringTests::Row;
-using StringTests::TextFileBytes;
+using namespace StringTests;
 using Text = std::optional<std::wstring>;
 
 class StringCollection : public ::testing::Test {
@@ -23,205 +24,127 @@ protected:
     }
     ~StringCollection() override { ProcessSettings() = Settings{}; }
 
-    void Startup(const std::vector<Row>& rows) {
-        master.Write("startupstrings.xml", TextFileBytes(rows));
-    }
-    void Full(const std::vector<Row>& rows) { master.Write("strings.xml", TextFileBytes(rows)); }
-    void Overrides(const std::vector<Row>& rows) {
-        master.Write("override/strings.xml", TextFileBytes(rows));
-    }
-    void Keys(const char* file, const std::vector<Row>& rows) {
-        resources.Write(file, KeyTableBytes(rows));
+    // A key, its kind, the answer, and the files read since construction.
+    using Ask = std::tuple<std::wstring, std::uint32_t, Text, int>;
+    // Asks in turn one collection made now.
+    void Run(const std::vector<Ask>& asks) {
+        const StringResourceCollection strings;
+        const int built = platform.readFileCalls;
+        for (const auto& [key, kind, text, reads] : asks) {
+            EXPECT_EQ(strings.GetResource(key, static_cast<StringKind>(kind)), text) << key.c_str();
+            EXPECT_EQ(platform.readFileCalls - built, reads) << key.c_str() << " kind " << kind;
+        }
     }
 
-    QanTest::TempDir master;
-    QanTest::TempDir resources;
+    QanTest::TempDir master, resources;
     QanTest::FakePlatform platform;
 };
 
-TEST_F(StringCollection, SameKeyGoesThroughFourKeyTables) {
-    Keys("string.csv", {{"k", "s"}});
-    Keys("caption.csv", {{"k", "c"}});
-    Keys("tooltipHeader.csv", {{"k", "h"}});
-    Keys("tooltipBody.csv", {{"k", "b"}});
-    Startup({{"b", "body"}, {"c", "caption"}, {"h", "header"}, {"s", "string"}});
-    StringResourceCollection strings;
-    EXPECT_EQ(strings.GetResource(L"k", String), Text(L"string"));
-    EXPECT_EQ(strings.GetResource(L"k", Caption), Text(L"caption"));
-    EXPECT_EQ(strings.GetResource(L"k", TooltipHeader), Text(L"header"));
-    EXPECT_EQ(strings.GetResource(L"k", TooltipBody), Text(L"body"));
+// Keys are narrowed to UTF-8 and matched exactly, in the key table of their kind only.
+TEST_F(StringCollection, EachKindHasItsOwnKeyTable) {
+    const char* files[] = {"string.csv", "caption.csv", "tooltipHeader.csv", "tooltipBody.csv"};
+    for (int kind = 0; kind < 4; ++kind)
+        resources.Write(files[kind], "G\xC3\xB6,g\ncrlf,0\r\nk," + std::to_string(kind) + "\n");
+    master.Write("startupstrings.xml",
+                 TextFile({{"0", "str"}, {"1", "cap"}, {"2", "head"}, {"3", "body"}, {"g", "G"}}));
+    Run({Ask{L"k", String, L"str", 0}, Ask{L"k", Caption, L"cap", 0},
+         Ask{L"k", TooltipHeader, L"head", 0}, Ask{L"k", TooltipBody, L"body", 0},
+         Ask{L"k", 4, {}, 0}, Ask{L"k", 0xFFFFFFFF, {}, 0}, Ask{L"G\u00F6", String, L"G", 0},
+         Ask{L"K", String, {}, 0}, Ask{L" k", String, {}, 0},
+         Ask{L"crlf", String, L"", 1}}); // an id ending in a carriage return matches no text
 }
 
-TEST_F(StringCollection, KindsAboveThreeAreNotAnswered) {
-    for (const char* file : {"string.csv", "caption.csv", "tooltipHeader.csv", "tooltipBody.csv"})
-        Keys(file, {{"k", "i"}});
-    Startup({{"i", "text"}});
-    Full({{"i", "text"}});
-    StringResourceCollection strings;
-    const int reads = platform.readFileCalls;
-    EXPECT_EQ(strings.GetResource(L"k", static_cast<StringKind>(4)), std::nullopt);
-    EXPECT_EQ(strings.GetResource(L"k", static_cast<StringKind>(0xFFFFFFFFu)), std::nullopt);
-    EXPECT_EQ(platform.readFileCalls, reads);
-    EXPECT_EQ(strings.GetResource(L"k", TooltipBody), Text(L"text"));
+TEST_F(StringCollection, OverridesBeforeAndAfterTheLazyLoad) {
+    resources.Write("string.csv", "both,b\nfull,f\ngone,g\nnowhere,n\nplain,p\n");
+    master.Write("startupstrings.xml",
+                 TextFile({{"b", "start-up"}, {"g", "start-up"}, {"p", "plain\\t&amp;"}}));
+    master.Write("strings.xml", TextFile({{"b", "full"}, {"f", "full"}, {"p", "plain full"}}));
+    master.Write("override/strings.xml", TextFile({{"g", "g!"}, {"f", "f!"}, {"b", "b!"}}));
+    // A key that no table knows loads nothing; the override of an id that the full file
+    // lacks is dropped at the load.
+    Run({Ask{L"both", String, L"b!", 0}, Ask{L"plain", String, L"plain\t&", 0},
+         Ask{L"gone", String, L"g!", 0}, Ask{L"unknown", String, {}, 0},
+         Ask{L"full", String, L"f!", 1}, Ask{L"both", String, L"b!", 1},
+         Ask{L"plain", String, L"plain full", 1}, Ask{L"gone", String, L"", 1},
+         Ask{L"nowhere", String, L"", 1}});
 }
 
-TEST_F(StringCollection, OverrideFileIsTestedForExistenceBeforeItIsRead) {
-    StringResourceCollection without;
-    EXPECT_EQ(platform.readFileCalls, 5);
-    Overrides({{"x", "y"}});
-    StringResourceCollection with;
-    EXPECT_EQ(platform.readFileCalls, 5 + 6);
-}
-
-TEST_F(StringCollection, KeyMissingFromItsTableIsNotAnsweredAndLoadsNothing) {
-    Keys("string.csv", {{"only.string", "s1"}});
-    Full({{"s1", "full"}});
-    StringResourceCollection strings;
-    const int reads = platform.readFileCalls;
-    EXPECT_EQ(strings.GetResource(L"unknown", String), std::nullopt);
-    EXPECT_EQ(strings.GetResource(L"only.string", Caption), std::nullopt);
-    EXPECT_EQ(strings.GetResource(L"ONLY.STRING", String), std::nullopt);  // no case folding
-    EXPECT_EQ(strings.GetResource(L" only.string", String), std::nullopt); // no trimming
-    EXPECT_EQ(platform.readFileCalls, reads);
-    EXPECT_EQ(strings.GetResource(L"only.string", String), Text(L"full"));
-}
-
-TEST_F(StringCollection, IdOnlyInFullFileLoadsItOnce) {
-    Keys("string.csv", {{"early", "e"}, {"late", "l"}, {"nowhere", "n"}});
-    Startup({{"e", "early from start-up"}});
-    Full({{"e", "early from full"}, {"l", "late from full"}});
-    StringResourceCollection strings;
-    const int reads = platform.readFileCalls;
-
-    EXPECT_EQ(strings.GetResource(L"early", String), Text(L"early from start-up"));
-    EXPECT_EQ(platform.readFileCalls, reads);
-    EXPECT_EQ(strings.GetResource(L"late", String), Text(L"late from full"));
-    EXPECT_EQ(platform.readFileCalls, reads + 1);
-    // The full file replaced the start-up texts.
-    EXPECT_EQ(strings.GetResource(L"early", String), Text(L"early from full"));
-    // Answered without a text, and without another read.
-    EXPECT_EQ(strings.GetResource(L"nowhere", String), Text(L""));
-    EXPECT_EQ(platform.readFileCalls, reads + 1);
-}
-
-TEST_F(StringCollection, MissingStartupFileMakesTheFirstLookUpLoadTheFullFile) {
-    Keys("string.csv", {{"k", "i"}});
-    Full({{"i", "full"}});
-    StringResourceCollection strings;
-    const int reads = platform.readFileCalls;
-    EXPECT_EQ(strings.GetResource(L"k", String), Text(L"full"));
-    EXPECT_EQ(platform.readFileCalls, reads + 1);
-}
-
-TEST_F(StringCollection, MissingFullFileIsTriedOnceAndStartupTextsStay) {
-    Keys("string.csv", {{"early", "e"}, {"late", "l"}});
-    Startup({{"e", "early"}});
-    Overrides({{"e", "override\\n"}});
-    StringResourceCollection strings;
-    const int reads = platform.readFileCalls;
-
-    EXPECT_EQ(strings.GetResource(L"late", String), Text(L""));
-    EXPECT_EQ(platform.readFileCalls, reads + 1);
-    EXPECT_EQ(strings.GetResource(L"late", String), Text(L""));
-    EXPECT_EQ(platform.readFileCalls, reads + 1);
-    // The start-up rows and their buffer survive, with the override merged into them.
-    EXPECT_EQ(strings.GetResource(L"early", String), Text(L"override\n"));
-}
-
-TEST_F(StringCollection, OverrideWinsBeforeAndAfterTheLazyLoad) {
-    Keys("string.csv", {{"both", "b"}, {"full.only", "f"}, {"plain", "p"}});
-    Startup({{"b", "start-up"}, {"p", "plain"}});
-    Full({{"b", "full"}, {"f", "full only"}, {"p", "plain full"}});
-    Overrides({{"f", "override of full only"}, {"b", "override"}});
-    StringResourceCollection strings;
-
-    EXPECT_EQ(strings.GetResource(L"both", String), Text(L"override"));
-    EXPECT_EQ(strings.GetResource(L"plain", String), Text(L"plain"));
-    // The override of an id the start-up texts lack shows once the full file is read.
-    EXPECT_EQ(strings.GetResource(L"full.only", String), Text(L"override of full only"));
-    EXPECT_EQ(strings.GetResource(L"both", String), Text(L"override"));
-    EXPECT_EQ(strings.GetResource(L"plain", String), Text(L"plain full"));
-}
-
-TEST_F(StringCollection, OverrideForAnIdTheFullFileLacksIsDroppedAtTheLoad) {
-    Keys("string.csv", {{"gone", "g"}, {"late", "l"}});
-    Startup({{"g", "start-up"}});
-    Full({{"l", "late"}});
-    Overrides({{"g", "override"}});
-    StringResourceCollection strings;
-    EXPECT_EQ(strings.GetResource(L"gone", String), Text(L"override"));
-    EXPECT_EQ(strings.GetResource(L"late", String), Text(L"late"));
-    EXPECT_EQ(strings.GetResource(L"gone", String), Text(L""));
-}
-
-TEST_F(StringCollection, MasterDirectoryIsReadAgainAtTheLazyLoad) {
-    Keys("string.csv", {{"early", "e"}, {"late", "l"}});
-    Startup({{"e", "first start-up"}});
-    Full({{"e", "first full"}, {"l", "first late"}});
-    Overrides({{"e", "first override"}});
-    StringResourceCollection strings;
-
-    QanTest::TempDir moved;
-    moved.Write("startupstrings.xml", TextFileBytes({{"e", "second start-up"}}));
-    moved.Write("strings.xml", TextFileBytes({{"e", "second full"}, {"l", "second late"}}));
-    moved.Write("override/strings.xml", TextFileBytes({{"l", "second override"}}));
-    ProcessSettings().masterStringDirectory = moved.Wide();
-
-    EXPECT_EQ(strings.GetResource(L"early", String), Text(L"first override"));
-    EXPECT_EQ(strings.GetResource(L"late", String), Text(L"second late"));
-    EXPECT_EQ(strings.GetResource(L"early", String), Text(L"first override"));
-}
-
-TEST_F(StringCollection, TextsAreDecodedWhenHandedOut) {
-    Keys("caption.csv", {{"k", "i"}});
-    Startup({{"i", "caf\xC3\xA9 &amp; \\tbar\\n&#x1F600;"}});
-    StringResourceCollection strings;
-    EXPECT_EQ(strings.GetResource(L"k", Caption), Text(L"caf\u00E9 & \tbar\n\U0001F600"));
-}
-
-TEST_F(StringCollection, KeysAreNarrowedToUtf8) {
-    const std::string longKey(300, 'x');
-    Keys("string.csv", {{"Gr\xC3\xB6\xC3\x9F"
-                         "e",
-                         "g"},
-                        {longKey, "l"},
-                        {"\xF0\x9F\x98\x80", "s"}});
-    Startup({{"g", "size"}, {"l", "long"}, {"s", "smile"}});
-    StringResourceCollection strings;
-    EXPECT_EQ(strings.GetResource(L"Gr\u00F6\u00DFe", String), Text(L"size"));
-    EXPECT_EQ(strings.GetResource(std::wstring(300, L'x'), String), Text(L"long"));
-    EXPECT_EQ(strings.GetResource(L"\U0001F600", String), Text(L"smile"));
-    EXPECT_EQ(strings.GetResource(std::wstring(299, L'x'), String), std::nullopt);
-}
-
-TEST_F(StringCollection, KeyTableIdsWithCarriageReturnMatchNoText) {
-    resources.Write("string.csv", "crlf,i\r\nlf,i\n");
-    Startup({{"i", "text"}});
-    Full({{"i", "text"}});
-    StringResourceCollection strings;
-    EXPECT_EQ(strings.GetResource(L"lf", String), Text(L"text"));
-    EXPECT_EQ(strings.GetResource(L"crlf", String), Text(L""));
-}
-
-TEST_F(StringCollection, FoldersWhereFilesAreExpectedLeaveTablesEmpty) {
-    std::filesystem::create_directories(resources.Path() / "string.csv");
-    std::filesystem::create_directories(master.Path() / "startupstrings.xml");
-    std::filesystem::create_directories(master.Path() / "override" / "strings.xml");
-    Keys("caption.csv", {{"k", "i"}});
-    Full({{"i", "full"}});
-    StringResourceCollection strings;
-    EXPECT_EQ(strings.GetResource(L"k", String), std::nullopt);
-    EXPECT_EQ(strings.GetResource(L"k", Caption), Text(L"full"));
-}
-
-TEST_F(StringCollection, DirectoriesWithNonAsciiNames) {
+// In a folder with a non-ASCII name, without start-up texts, the first look-up loads the
+// full file, and the missing override file is not read. A missing full file is tried once
+// and leaves the start-up rows, with the overrides merged in.
+TEST_F(StringCollection, MissingFiles) {
     const std::filesystem::path folder(u8"r\u00E9pertoire \u65E5\u672C");
-    resources.Write(folder / "string.csv", "k,i\n");
-    resources.Write(folder / "strings.xml", TextFileBytes({{"i", "found"}}));
-    ProcessSettings().masterStringDirectory = StringTests::WidePath(resources.Path() / folder);
-    ProcessSettings().resourceDirectory = StringTests::WidePath(resources.Path() / folder);
-    StringResourceCollection strings;
-    EXPECT_EQ(strings.GetResource(L"k", String), Text(L"found"));
+    resources.Write("caption.csv", "k,i\n");
+    master.Write(folder / "strings.xml", TextFile({{"i", "full"}}));
+    const std::u8string utf8 = (master.Path() / folder).u8string();
+    ProcessSettings().masterStringDirectory =
+        Framework::Utf8::Decode({reinterpret_cast<const char*>(utf8.data()), utf8.size()});
+    Run({Ask{L"k", String, {}, 0}, Ask{L"k", Caption, L"full", 1}});
+    EXPECT_EQ(platform.readFileCalls, 5 + 1);
+
+    ProcessSettings().masterStringDirectory = master.Wide();
+    resources.Write("string.csv", "early,e\nlate,l\n");
+    master.Write("startupstrings.xml", TextFile({{"e", "early"}}));
+    master.Write("override/strings.xml", TextFile({{"e", "override\\n"}}));
+    Run({Ask{L"late", String, L"", 1}, Ask{L"late", String, L"", 1},
+         Ask{L"early", String, L"override\n", 1}});
+}
+
+// Only the full file follows a change of directory made after construction.
+TEST_F(StringCollection, MasterDirectoryIsReadAgainAtTheLazyLoad) {
+    resources.Write("string.csv", "early,e\nlate,l\n");
+    QanTest::TempDir moved;
+    for (const auto* dir : {&master, &moved}) {
+        const std::string n = dir == &master ? "1" : "2";
+        dir->Write("startupstrings.xml", TextFile({{"e", "start-up " + n}}));
+        dir->Write("strings.xml", TextFile({{"e", "full " + n}, {"l", "late " + n}}));
+        dir->Write("override/strings.xml",
+                   TextFile({{dir == &master ? "e" : "l", "override " + n}}));
+    }
+    const StringResourceCollection strings;
+    ProcessSettings().masterStringDirectory = moved.Wide();
+    EXPECT_EQ(strings.GetResource(L"early", String), Text(L"override 1"));
+    EXPECT_EQ(strings.GetResource(L"late", String), Text(L"late 2"));
+    EXPECT_EQ(strings.GetResource(L"early", String), Text(L"override 1"));
+}
+
+// Look-ups from many threads while the first miss reads the full text file, every answer
+// checked; run under ThreadSanitizer to check the locking as well.
+TEST_F(StringCollection, ThreadsLookingUpDuringTheLazyLoadAllGetTheirTexts) {
+    constexpr int kKeys = 2000, kThreads = 16;
+    // Ids of one width keep the files in key order; the first 200 are in the start-up
+    // file; every seventh is overridden.
+    const auto id = [](int n) { return std::to_string(100000 + n); };
+    Rows keys, full, overrides;
+    for (int n = 0; n < kKeys; ++n) {
+        keys.emplace_back(id(n), id(n));
+        full.emplace_back(id(n), "text " + id(n));
+        if (n % 7 == 0)
+            overrides.emplace_back(id(n), "override " + id(n));
+    }
+    resources.Write("string.csv", KeyTable(keys));
+    master.Write("startupstrings.xml", TextFile({full.begin(), full.begin() + 200}));
+    master.Write("strings.xml", TextFile(full));
+    master.Write("override/strings.xml", TextFile(overrides));
+    const StringResourceCollection strings;
+    std::atomic<int> ready{0}, wrong{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t)
+        threads.emplace_back([&, t] {
+            for (++ready; ready < kThreads;) {
+            }
+            // Half the threads start with start-up keys, half with keys only in the full
+            // file, each at its own offset, so that the load happens amid look-ups.
+            for (int i = 0; i < kKeys; ++i) {
+                const int n = t % 2 ? (kKeys - 1 - i + t) % kKeys : (i * 37 + t) % kKeys;
+                const auto text = strings.GetResource(std::to_wstring(100000 + n), String);
+                wrong += text != (n % 7 ? L"text " : L"override ") + std::to_wstring(100000 + n);
+                wrong += strings.GetResource(L"no such key", String).has_value();
+            }
+        });
+    for (auto& thread : threads)
+        thread.join();
+    EXPECT_EQ(wrong, 0);
 }
 
 } // namespace

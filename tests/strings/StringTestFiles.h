@@ -1,29 +1,49 @@
-// StringTestFiles.h: builders for string text files and key tables, and a readable form of
-// a loaded table, shared by the string tests.
+// StringTestFiles.h: builders for string text files and key tables, and a table scanned
+// from a real file, shared by the string tests.
 #pragma once
 
-#include "strings/StringTable.h"
-
-#include <filesystem>
-#include <string>
-#include <utility>
-#include <vector>
+#include "strings/CsvKeyTable.h"
+#include "strings/XmlStringTable.h"
+#include "support/TempDir.h"
 
 namespace StringTests {
-
+using Framework::Internal::StringTable;
 using Row = std::pair<std::string, std::string>;
+using Rows = std::vector<Row>;
 
-// A string text file as the suite's build writes it: declaration, root start tag, then
-// one element per row on its own line, then the root end tag.
-std::string TextFileBytes(const std::vector<Row>& rows);
-// A key table: "key,id" lines ended by a line feed.
-std::string KeyTableBytes(const std::vector<Row>& rows);
+// A string text file as the suite's build writes it: declaration and root start tag on
+// lines of their own, then one element per row.
+inline std::string TextFile(const Rows& rows) {
+    std::string bytes = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<strings lang=\"en\">\n";
+    for (const auto& [id, text] : rows)
+        bytes += "  <s id=\"" + id + "\">" + text + "</s>\n";
+    return bytes + "</strings>\n";
+}
+
+// A key table: one "key,id" line per row.
+inline std::string KeyTable(const Rows& rows) {
+    std::string bytes;
+    for (const auto& [key, id] : rows)
+        bytes += key + "," + id + "\n";
+    return bytes;
+}
+
+// Writes bytes to a file in dir and scans it as a key table or a string text file.
+inline StringTable Load(const QanTest::TempDir& dir, std::string_view bytes, bool keyTable,
+                        bool sort = false) {
+    StringTable table;
+    const auto path = dir.Write(keyTable ? "k.csv" : "t.xml", bytes).wstring();
+    keyTable ? Framework::Internal::LoadCsvKeyTable(table, path)
+             : Framework::Internal::LoadXmlStringTable(table, path, sort);
+    return table;
+}
+
 // The rows of a table as owned strings, in table order.
-std::vector<Row> Rows(const Framework::Internal::StringTable& table);
-// A path as the library takes it, decoded from UTF-8 so that it does not depend on the
-// program's locale.
-std::wstring WidePath(const std::filesystem::path& path);
-// A table built in memory, its views pointing into its own buffer.
-Framework::Internal::StringTable TableOf(const std::vector<Row>& rows);
+inline Rows RowsOf(const StringTable& table) {
+    Rows rows;
+    for (const auto& entry : table.entries)
+        rows.emplace_back(std::string(entry.key), std::string(entry.text));
+    return rows;
+}
 
 } // namespace StringTests

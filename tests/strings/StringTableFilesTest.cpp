@@ -1,0 +1,138 @@
+// The byte grammar of string text files and key tables, on real files in a temporary
+// directory; bad files; and the search in a loaded table.
+#include "StringTestFiles.h"
+#include "strings/FindInTable.h"
+#include "support/FakePlatform.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+using namespace StringTests;
+using namespace Framework::Internal;
+
+using GrammarRow = std::pair<std::string, Rows>;
+
+// "1\n2\n" stands for the two skipped lines where a row is about what follows them.
+TEST(StringTextFile, Grammar) {
+    const GrammarRow cases[] = {
+        {TextFile({{"b", "Bee"}, {"a", "Ay"}}), {{"b", "Bee"}, {"a", "Ay"}}}, // file order
+        // Texts as written up to the next "<"; an empty text; gaps between elements skipped.
+        {"1\n2\n<s id=\"q\">say \"hi\"\r\nit's</s>\n \t<s id=\"e\"></s><s id=\"f\">F</s>",
+         {{"q", "say \"hi\"\r\nit's"}, {"e", ""}, {"f", "F"}}},
+        // Two quoted attributes, a self-closing element: read wrongly, as intended.
+        {"1\n2\n<s id=\"a\" x=\"b\">t</s>", {{"a", "x=\"b\">t"}}},
+        {"1\n2\n<s id=\"a\"/>\n<s id=\"b\">B</s>", {{"a", ">\n"}, {"b", "B"}}},
+        {"\xEF\xBB\xBF" + TextFile({{"a", "A"}}), {{"a", "A"}}}, // byte-order mark in line 1
+        // The first line feed search leaves out the last byte, the second stops one short.
+        {"", {}},
+        {"\n", {}},
+        {"1\n<s id=\"a\">A</s>\n", {}},
+        {"\n\n\"a\">A<", {{"a", "A"}}},
+        // The closing quote leaves room for ">" and one more byte.
+        {"1\n2\n\"a\"><", {{"a", ""}}},
+        {"1\n2\n\"a\">", {}},
+        // The scan keeps the rows before an element without "<" after its text or without
+        // a partner for its opening quote.
+        {"1\n2\n<s id=\"a\">A</s>\n<s id=\"b\">no end tag", {{"a", "A"}}},
+        {"1\n2\n<s id=\"a\">A</s>\n<s id=\"b>B</s>\n", {{"a", "A"}}}};
+    QanTest::TempDir dir;
+    for (const auto& [bytes, rows] : cases)
+        EXPECT_EQ(RowsOf(Load(dir, bytes, false)), rows) << bytes;
+    // Sorted in unsigned byte order when asked.
+    EXPECT_EQ(RowsOf(Load(dir, TextFile({{"b", "1"}, {"\xC3\xA9", "2"}, {"B", "3"}, {"ab", "4"}}),
+                          false, true)),
+              Rows({{"B", "3"}, {"ab", "4"}, {"b", "1"}, {"\xC3\xA9", "2"}}));
+}
+
+// A file too short for the two skipped lines, or no file, leaves the rows as they were
+// (still readable); a file with its two lines replaces them, even by none.
+TEST(StringTextFile, ShortOrUnreadableFileKeepsRows) {
+    QanTest::TempDir dir;
+    StringTable table = Load(dir, TextFile({{"a", "A"}}), false);
+    for (const auto& path : {dir.Write("1.xml", "1\n\"z\">Z<"), dir.Path() / "none", dir.Path()}) {
+        LoadXmlStringTable(table, path.wstring(), false);
+        EXPECT_EQ(RowsOf(table), Rows({{"a", "A"}})) << path;
+    }
+    LoadXmlStringTable(table, dir.Write("2.xml", "1\n2\n  ").wstring(), false);
+    EXPECT_EQ(RowsOf(table), Rows{});
+}
+
+// Rows load in turn into one table: every file read replaces the rows, even by none.
+TEST(KeyTable, Grammar) {
+    const GrammarRow cases[] = {
+        {"zeta,3\nalpha,1\n", {{"zeta", "3"}, {"alpha", "1"}}},                      // file order
+        {"key,id\n k , \"i\" \n,\n", {{"key", "id"}, {" k ", " \"i\" "}, {"", ""}}}, // as written
+        {"a,b,c\n", {{"a", "b,c"}}},
+        {"a,1\r\nb,2\r\n", {{"a", "1\r"}, {"b", "2\r"}}},
+        {"lone\nkey,1\nnext,2\n", {{"lone\nkey", "1"}, {"next", "2"}}}, // line without comma
+        {"no comma at all\n", {}},
+        {"a,1\nb,2", {{"a", "1"}}},                      // no final line feed
+        {"\xEF\xBB\xBFz,1\n", {{"\xEF\xBB\xBFz", "1"}}}, // byte-order mark joins the key
+        {"", {}}};
+    QanTest::TempDir dir;
+    StringTable table;
+    for (const auto& [bytes, rows] : cases) {
+        LoadCsvKeyTable(table, dir.Write("k.csv", bytes).wstring());
+        EXPECT_EQ(RowsOf(table), rows) << bytes;
+    }
+    for (const auto& path : {dir.Path() / "missing.csv", dir.Path()}) {
+        table = Load(dir, "a,1\n", true);
+        LoadCsvKeyTable(table, path.wstring());
+        EXPECT_EQ(RowsOf(table), Rows({{"a", "1"}})) << path;
+    }
+}
+
+// Scans bytes served as the file in a buffer of exactly their size, so that a read past
+// the end shows under AddressSanitizer.
+Rows ScanExact(const std::string& bytes, bool keyTable) {
+    QanTest::FakePlatform platform;
+    platform.readFile = [&](const wchar_t*, std::uint64_t& size) {
+        std::unique_ptr<char[]> buffer(new char[size = bytes.size()]);
+        std::copy(bytes.begin(), bytes.end(), buffer.get());
+        return buffer;
+    };
+    StringTable table;
+    keyTable ? LoadCsvKeyTable(table, L"k.csv") : LoadXmlStringTable(table, L"t.xml", false);
+    return RowsOf(table);
+}
+
+// Every truncation, from no line feed at all to a quote without its partner, gives a
+// leading part of the rows.
+TEST(MalformedFiles, EveryTruncationGivesALeadingPartOfTheRows) {
+    using Case = std::tuple<std::string, bool, std::size_t>;
+    for (const auto& [whole, keyTable, rows] :
+         {Case{TextFile({{"a", "Al \"q\""}, {"b", ""}, {"c", "multi\nline"}}), false, 3},
+          Case{"\n\n\"a\"><", false, 1},
+          Case{KeyTable({{"alpha", "1"}, {"beta", "2,3"}, {"gamma", "4\r"}, {"", ""}}), true, 4}}) {
+        const Rows all = ScanExact(whole, keyTable);
+        ASSERT_EQ(all.size(), rows) << whole;
+        for (std::size_t length = 0; length < whole.size(); ++length) {
+            const Rows part = ScanExact(whole.substr(0, length), keyTable);
+            EXPECT_TRUE(part.size() <= all.size() &&
+                        std::equal(part.begin(), part.end(), all.begin()))
+                << whole.substr(0, length);
+        }
+    }
+}
+
+// Exact byte matches only; of equal keys in a file read unsorted the first wins.
+TEST(FindInTable, FindsByOrdinalBytes) {
+    QanTest::TempDir dir;
+    const StringTable table = Load(dir,
+                                   ",empty\nA,upper\nKey,K\na,lower\nab,longer\nb,bee\n"
+                                   "k,first\nk,second\nkey,2\nkeys,3\nz,9\n\xC3\xA9,e\n",
+                                   true);
+    const Rows cases = {{"", "empty"}, {"A", "upper"},    {"a", "lower"}, {"ab", "longer"},
+                        {"b", "bee"},  {"\xC3\xA9", "e"}, {"k", "first"}, {"z", "9"},
+                        {"KEY", "-"},  {"ke", "-"},       {"key ", "-"},  {"zzz", "-"},
+                        {"0", "-"}};
+    for (const auto& [key, text] : cases) {
+        const auto found = FindInTable(table, key);
+        EXPECT_EQ(found ? std::string(*found) : "-", text) << key;
+    }
+    EXPECT_FALSE(FindInTable(StringTable{}, "key"));
+}
+
+} // namespace
