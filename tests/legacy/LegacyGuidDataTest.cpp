@@ -1,195 +1,149 @@
-// The compiled-in legacy GUID table against its data file, and the shape of the shipped
-// data that the index and the look-ups are built to cope with.
-#include "LegacyTsv.h"
+// The compiled-in legacy GUID table and its sorted index, held against the data file they
+// are generated from, and the shape of the shipped data that the look-ups must cope with.
+#include "legacy/LegacyGuidIndex.h"
 #include "legacy/LegacyGuidTable.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
-#include <cstring>
 #include <fstream>
-#include <functional>
-#include <iterator>
 #include <map>
+#include <regex>
 #include <set>
+#include <tuple>
 
 namespace {
 using namespace Framework::Internal;
-using QanTest::LegacyTsvRow;
-using QanTest::ReadLegacyTsv;
 
-TEST(LegacyGuidTable, AgreesRowByRowWithTheDataFile) {
-    const auto rows = ReadLegacyTsv();
-    ASSERT_EQ(rows.size(), kLegacyGuidTableSize);
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const LegacyGuidEntry& entry = kLegacyGuidTable[i];
-        ASSERT_EQ(entry.id, static_cast<std::uintptr_t>(rows[i].id)) << "row " << i;
-        ASSERT_STREQ(entry.component, rows[i].component.c_str()) << "row " << i;
-        ASSERT_EQ(std::wstring(entry.guid), QanTest::Widen(rows[i].guid)) << "row " << i;
-    }
-}
+struct Row {
+    int id = 0;
+    std::string component, guid;
+};
 
-TEST(LegacyGuidTable, RowsWithoutKeyShareOneEmptyText) {
-    const wchar_t* shared = nullptr;
-    int empty = 0;
-    for (std::size_t i = 0; i < kLegacyGuidTableSize; ++i) {
-        if (kLegacyGuidTable[i].guid[0] != L'\0')
-            continue;
-        ++empty;
-        if (!shared)
-            shared = kLegacyGuidTable[i].guid;
-        EXPECT_EQ(kLegacyGuidTable[i].guid, shared) << "row " << i;
-    }
-    EXPECT_EQ(empty, 976);
-}
-
-TEST(LegacyGuidData, FileIsPlainLfTextWithoutHeader) {
+// The data file, read independently of the build's generator so that the two can be compared.
+std::vector<Row> ReadDataFile() {
     std::ifstream in(QANRES_LEGACY_GUIDS_TSV, std::ios::binary);
-    const std::string bytes((std::istreambuf_iterator<char>(in)), {});
-    ASSERT_FALSE(bytes.empty());
-    EXPECT_EQ(bytes.find('\r'), std::string::npos);
-    EXPECT_EQ(bytes.back(), '\n');
-    EXPECT_TRUE(bytes[0] >= '0' && bytes[0] <= '9');
-    EXPECT_EQ(std::count(bytes.begin(), bytes.end(), '\n'), 15935);
+    std::vector<Row> rows;
+    for (Row r; in >> r.id && in.get() == '\t' && std::getline(in, r.component, '\t') &&
+                std::getline(in, r.guid);)
+        rows.push_back(r);
+    EXPECT_TRUE(in.eof()) << "unreadable or malformed: " << QANRES_LEGACY_GUIDS_TSV;
+    return rows;
 }
 
-TEST(LegacyGuidData, ComponentsAndTheirRows) {
-    const auto rows = ReadLegacyTsv();
-    ASSERT_EQ(rows.size(), 15935u);
-    std::map<std::string, int> perComponent;
-    for (const LegacyTsvRow& row : rows)
-        ++perComponent[row.component];
-    EXPECT_EQ(perComponent.size(), 44u);
-    for (const char* name : {"Lumen", "Nimbus", "NimbusIntl", "BrtWash", "Schema"})
-        EXPECT_TRUE(perComponent.count(name)) << name;
+// One pass over the data file compares each row with the compiled-in one and counts what
+// the index and the look-ups are built to cope with.
+TEST(LegacyGuidData, TableAgreesWithTheDataFileOfTheStatedShape) {
+    const auto rows = ReadDataFile();
+    ASSERT_EQ(rows.size(), kLegacyGuidTableSize);
+    const wchar_t* sharedEmpty = nullptr;
+    const std::regex guidForm("[0-9a-fA-F]{8}(-[0-9a-fA-F]{4}){3}-[0-9a-fA-F]{12}");
+    std::map<std::string, int> perComponent, lastId, textUses;
+    std::map<std::pair<std::string, int>, std::vector<std::size_t>> pairAt;
+    std::set<std::string> outOfOrder;
+    std::set<int> ids;
+    int runs = 0, empty = 0, guids = 0, upper = 0, slash = 0;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const Row& row = rows[i];
+        const LegacyGuidEntry& entry = kLegacyGuidTable[i];
+        ASSERT_EQ(std::tuple(entry.id, std::string(entry.component), std::wstring(entry.guid)),
+                  std::tuple(std::uintptr_t(row.id), row.component,
+                             std::wstring(row.guid.begin(), row.guid.end())))
+            << "row " << i;
+        // Rows without a key all point at one shared empty text.
+        sharedEmpty = sharedEmpty || entry.guid[0] ? sharedEmpty : entry.guid;
+        ASSERT_TRUE(entry.guid[0] || entry.guid == sharedEmpty) << "row " << i;
+        runs += i == 0 || row.component != rows[i - 1].component;
+        if (perComponent[row.component]++ && row.id <= lastId[row.component])
+            outOfOrder.insert(row.component);
+        lastId[row.component] = row.id;
+        ids.insert(row.id);
+        pairAt[{row.component, row.id}].push_back(i);
+        empty += row.guid.empty();
+        if (!row.guid.empty())
+            ++textUses[row.guid];
+        const bool guid = std::regex_match(row.guid, guidForm);
+        guids += guid;
+        upper += guid && row.guid.find_first_of("ABCDEF") != std::string::npos;
+        slash += row.guid.find('/') != std::string::npos;
+    }
     std::vector<int> counts;
-    for (const auto& [name, count] : perComponent) {
-        EXPECT_GE(name.size(), 2u) << name;
-        EXPECT_LE(name.size(), 16u) << name;
-        EXPECT_TRUE(std::all_of(name.begin(), name.end(), [](char c) {
-            return c > ' ' && c < 127;
-        })) << name;
+    for (const auto& [name, count] : perComponent)
         counts.push_back(count);
-    }
     std::sort(counts.begin(), counts.end());
-    EXPECT_EQ(counts.front(), 1);
-    EXPECT_EQ(counts.back(), 5348);
-    // 44 counts: the median is the mean of the two middle ones.
-    EXPECT_EQ(counts[21] + counts[22], 2 * 41);
-}
-
-TEST(LegacyGuidData, GroupedByComponentWithOneSplitAndTwoOutOfOrder) {
-    const auto rows = ReadLegacyTsv();
-    std::map<std::string, int> runs;
-    for (std::size_t i = 0; i < rows.size(); ++i)
-        if (i == 0 || rows[i].component != rows[i - 1].component)
-            ++runs[rows[i].component];
-    int split = 0;
-    for (const auto& [name, count] : runs) {
-        EXPECT_LE(count, 2) << name;
-        split += count == 2;
-    }
-    EXPECT_EQ(split, 1);
-
-    std::map<std::string, std::vector<int>> ids;
-    for (const LegacyTsvRow& row : rows)
-        ids[row.component].push_back(row.id);
-    int outOfOrder = 0;
-    for (const auto& [name, seq] : ids) {
-        const bool ascending =
-            std::adjacent_find(seq.begin(), seq.end(), std::greater_equal<int>()) == seq.end();
-        outOfOrder += !ascending;
-    }
-    EXPECT_EQ(outOfOrder, 2);
-}
-
-TEST(LegacyGuidData, IdsSpanTheLegacyRange) {
-    const auto rows = ReadLegacyTsv();
-    const auto [low, high] = std::minmax_element(
-        rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
-    EXPECT_EQ(low->id, 1);
-    EXPECT_EQ(high->id, 65280);
-}
-
-bool IsGuidText(const std::string& text) {
-    if (text.size() != 36)
-        return false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool hyphen = i == 8 || i == 13 || i == 18 || i == 23;
-        if (hyphen != (text[i] == '-') || (!hyphen && !std::isxdigit((unsigned char)text[i])))
-            return false;
-    }
-    return true;
-}
-
-// Texts are counted as distinct by exact comparison: an upper-case twin of a lower-case
-// GUID is a text of its own, and the one slash key counts as one more unshared text.
-TEST(LegacyGuidData, TextsTheirCaseAndHowOftenTheyAreShared) {
-    const auto rows = ReadLegacyTsv();
-    int empty = 0, upper = 0, slash = 0, other = 0;
-    std::map<std::string, int> uses;
-    for (const LegacyTsvRow& row : rows) {
-        if (row.guid.empty()) {
-            ++empty;
-            continue;
-        }
-        ++uses[row.guid];
-        if (IsGuidText(row.guid))
-            upper += std::any_of(row.guid.begin(), row.guid.end(),
-                                 [](char c) { return c >= 'A' && c <= 'F'; });
-        else if (row.guid.find('/') != std::string::npos)
-            ++slash;
-        else
-            ++other;
-    }
-    EXPECT_EQ(empty, 976);
-    EXPECT_EQ(upper, 17);
-    EXPECT_EQ(slash, 1);
-    EXPECT_EQ(other, 0);
-    EXPECT_EQ(uses.size(), 11652u);
-    EXPECT_EQ(std::count_if(uses.begin(), uses.end(), [](const auto& u) { return u.second > 1; }),
-              1686);
-}
-
-TEST(LegacyGuidData, DuplicatedPairsAreApartAndMostlyAgree) {
-    const auto rows = ReadLegacyTsv();
-    std::map<std::pair<std::string, int>, std::vector<std::size_t>> where;
-    for (std::size_t i = 0; i < rows.size(); ++i)
-        where[{rows[i].component, rows[i].id}].push_back(i);
-    int pairs = 0, same = 0, oneEmpty = 0;
-    for (const auto& [pair, at] : where) {
+    int adjacent = 0, same = 0, different = 0, oneEmpty = 0, shared = 0;
+    for (const auto& [pair, at] : pairAt) {
         if (at.size() < 2)
             continue;
-        ++pairs;
-        ASSERT_EQ(at.size(), 2u) << pair.first << " " << pair.second;
-        EXPECT_GT(at[1], at[0] + 1) << "adjacent duplicate " << pair.first << " " << pair.second;
-        const std::string& a = rows[at[0]].guid;
-        const std::string& b = rows[at[1]].guid;
+        EXPECT_EQ(at.size(), 2u) << pair.first << " " << pair.second;
+        const std::string &a = rows[at[0]].guid, &b = rows[at[1]].guid;
+        adjacent += at[1] == at[0] + 1;
         same += a == b;
+        different += a != b;
         oneEmpty += a.empty() != b.empty();
     }
-    EXPECT_EQ(pairs, 91);
+    for (const auto& [text, uses] : textUses)
+        shared += uses > 1;
+
+    EXPECT_EQ(rows.size(), 15935u);
+    EXPECT_EQ(perComponent.size(), 44u);
+    for (const char* name : {"Lumen", "Nimbus", "NimbusIntl", "BrtWash", "Schema"})
+        EXPECT_TRUE(perComponent.count(name)) << name; // the applications' preferred ones
+    EXPECT_EQ(counts.front(), 1);
+    EXPECT_EQ(counts.back(), 5348);
+    EXPECT_EQ(counts[21] + counts[22], 2 * 41); // median of 44
+    EXPECT_EQ(runs, 45);                        // one component comes in two runs
+    EXPECT_EQ(outOfOrder.size(), 2u);
+    EXPECT_EQ(*ids.begin(), 1);
+    EXPECT_EQ(*ids.rbegin(), 65280);
+    EXPECT_EQ(upper, 17);
+    EXPECT_EQ(empty, 976);
+    EXPECT_EQ(slash, 1);
+    EXPECT_EQ(guids + slash + empty, 15935); // every other text is a GUID
+    EXPECT_EQ(textUses.size(), 11652u);
+    EXPECT_EQ(shared, 1686);
+    EXPECT_EQ(same + different, 91); // pairs that occur twice
+    EXPECT_EQ(adjacent, 0);
     EXPECT_EQ(same, 88);
+    EXPECT_EQ(different, 3);
     EXPECT_EQ(oneEmpty, 2);
 }
 
-TEST(LegacyGuidData, PreferredComponentsShareIds) {
-    const auto rows = ReadLegacyTsv();
-    const std::set<std::string> preferred{"Lumen", "Nimbus", "NimbusIntl", "BrtWash", "Schema"};
-    std::map<int, std::set<std::string>> holders;
-    for (const LegacyTsvRow& row : rows)
-        holders[row.id].insert(row.component);
-    int amongPreferred = 0, withOthers = 0;
-    for (const auto& [id, names] : holders) {
-        std::vector<std::string> mine;
-        std::set_intersection(names.begin(), names.end(), preferred.begin(), preferred.end(),
-                              std::back_inserter(mine));
-        amongPreferred += mine.size() > 1;
-        withOthers += !mine.empty() && mine.size() < names.size();
+// Texts compare exactly: rows without a key answer a present, empty text, and upper-case
+// GUIDs come back as stored.
+TEST(LegacyGuidIndex, FindsEveryPairOfTheDataFileAndNothingElse) {
+    const LegacyGuidIndex index = BuildLegacyGuidIndex();
+    ASSERT_EQ(index.size(), kLegacyGuidTableSize);
+    EXPECT_GE(index.capacity(), 22000u); // reserved up front
+
+    std::map<std::pair<std::string, int>, std::set<std::wstring>> texts;
+    std::map<int, std::vector<std::string>> holders;
+    for (const Row& row : ReadDataFile()) {
+        texts[{row.component, row.id}].insert(std::wstring(row.guid.begin(), row.guid.end()));
+        holders[row.id].push_back(row.component);
     }
-    EXPECT_GT(amongPreferred, 100);
-    EXPECT_GT(withOthers, 100);
+    for (const auto& [pair, guids] : texts) {
+        const auto found = FindLegacyGuid(index, pair.second, pair.first);
+        ASSERT_TRUE(found) << pair.first << " " << pair.second;
+        // A pair listed twice with different texts answers with one of them.
+        EXPECT_TRUE(guids.count(std::wstring(*found))) << pair.first << " " << pair.second;
+    }
+    // In byte order; a pair listed twice names its component twice.
+    for (auto& [id, names] : holders) {
+        std::sort(names.begin(), names.end());
+        const auto listed = ComponentsWithId(index, id);
+        ASSERT_EQ(std::vector<std::string>(listed.begin(), listed.end()), names) << id;
+    }
+    // Unknown ids miss, and component names compare exactly.
+    ASSERT_TRUE(FindLegacyGuid(index, 1, "Nimbus"));
+    const std::pair<int, const char*> misses[] = {{0, "Nimbus"}, {-1, "Nimbus"}, {65281, "Nimbus"},
+                                                  {1, "nimbus"}, {1, "NIMBUS"},  {1, "Nimbu"},
+                                                  {1, ""}};
+    for (const auto& [id, component] : misses)
+        EXPECT_FALSE(FindLegacyGuid(index, id, component)) << id << " " << component;
+    for (int id : {0, 65281, -65280})
+        EXPECT_TRUE(ComponentsWithId(index, id).empty()) << id;
+    EXPECT_TRUE(ComponentsWithId(LegacyGuidIndex{}, 1).empty());
 }
 
 } // namespace

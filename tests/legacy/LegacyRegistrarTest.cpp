@@ -1,153 +1,137 @@
-// Legacy components' registrar tables and module handles: what a key resolves to, per
-// table, across registration, re-registration and removal, and with bad arguments.
+// Legacy components' registrar tables and module handles, and the shell's stock icons:
+// what a key resolves to across registration, re-registration, removal and bad arguments.
 #include "legacy/LegacyResourceCollection.h"
+#include "service/ResourcesImpl.h"
+#include "support/FakePlatform.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-using namespace Framework;
 using namespace Framework::Internal;
-using Entry = Resources::RegistrarMapEntry;
-using ResourceID = Resources::ResourceID;
+using R = Framework::Resources;
+using Entry = R::RegistrarMapEntry;
 
-HINSTANCE FakeModule(std::uintptr_t n) {
+HINSTANCE Module(std::uintptr_t n) {
     return reinterpret_cast<HINSTANCE>(n * 0x1000);
 }
 
-std::optional<ResourceID> Find(const LegacyResourceCollection& c, const std::wstring& key,
-                               int type) {
-    std::optional<ResourceID> out = ResourceID{}; // must be overwritten
-    c.GetResource(out, key, static_cast<Resources::ResourceType>(type));
+R::ResourceID Id(HINSTANCE module, int id, const wchar_t* pngPath = L"") {
+    return {module, id, pngPath, {}, {}, {}, {}};
+}
+
+std::optional<R::ResourceID> Find(const LegacyResourceCollection& c, const std::wstring& key,
+                                  int type = R::Icon) {
+    std::optional<R::ResourceID> out = R::ResourceID{}; // must be overwritten
+    c.GetResource(out, key, static_cast<R::ResourceType>(type));
     return out;
 }
 
-ResourceID Id(HINSTANCE module, int id) {
-    ResourceID r;
-    r.module = module;
-    r.id = id;
-    return r;
-}
-
-TEST(LegacyRegistrar, KeysResolveToTheComponentModuleAndId) {
+TEST(LegacyRegistrar, KeysResolveToTheirComponentsCurrentModule) {
     LegacyResourceCollection c;
-    const Entry entries[] = {{L"zeta", 30, {}}, {L"alpha", 10, {}}, {L"mid", 20, {}}};
-    c.AddResources(L"Paint", entries, 3, Resources::String);
-    EXPECT_EQ(Find(c, L"alpha", Resources::String), Id(nullptr, 10));
-    c.AddComponent(L"Paint", FakeModule(1));
-    EXPECT_EQ(Find(c, L"alpha", Resources::String), Id(FakeModule(1), 10));
-    EXPECT_EQ(Find(c, L"mid", Resources::String), Id(FakeModule(1), 20));
-    EXPECT_EQ(Find(c, L"zeta", Resources::String), Id(FakeModule(1), 30));
-    EXPECT_FALSE(Find(c, L"Alpha", Resources::String));
-    EXPECT_FALSE(Find(c, L"", Resources::String));
-    // Each type has its own table.
-    EXPECT_FALSE(Find(c, L"alpha", Resources::Icon));
-    EXPECT_FALSE(Find(c, L"alpha", Resources::Cursor));
-}
+    const Entry entries[] = {
+        {L"zeta", 30, {}}, {L"alpha", 10, {}}, {L"mid", 20, {}}, {L"beta", 5, {}}};
+    c.AddResources(L"Paint", entries, 3, R::String);
+    // One entry per call, out of key order: the table must stay searchable after each.
+    for (const Entry& entry : entries)
+        c.AddResources(L"Paint", &entry, 1, R::Cursor);
+    EXPECT_EQ(Find(c, L"alpha", R::String), Id(nullptr, 10)); // no module added yet
+    c.AddComponent(L"Paint", Module(1));
+    c.AddComponent(L"Paint", Module(2)); // the second handle replaces the first
+    for (const Entry& entry : entries)
+        EXPECT_EQ(Find(c, entry.key, R::Cursor), Id(Module(2), entry.id)) << entry.id;
+    EXPECT_EQ(Find(c, L"zeta", R::String), Id(Module(2), 30));
+    EXPECT_EQ(Find(c, L"mid", R::String), Id(Module(2), 20));
+    // Keys compare exactly, and each type has its own table.
+    const std::pair<const wchar_t*, int> misses[] = {
+        {L"Alpha", R::String}, {L"", R::String}, {L"beta", R::String}, {L"alpha", R::Icon}};
+    for (const auto& [key, type] : misses)
+        EXPECT_FALSE(Find(c, key, type)) << type;
 
-TEST(LegacyRegistrar, LaterCallsKeepTheTableSearchable) {
-    LegacyResourceCollection c;
-    for (int i = 40; i > 0; --i) {
-        const std::wstring key = L"key" + std::to_wstring(i * 7 % 41);
-        const Entry entry{key.c_str(), i, {}};
-        c.AddResources(L"Comp", &entry, 1, Resources::Cursor);
-    }
-    for (int i = 40; i > 0; --i) {
-        const auto hit = Find(c, L"key" + std::to_wstring(i * 7 % 41), Resources::Cursor);
-        ASSERT_TRUE(hit) << i;
-        EXPECT_EQ(hit->id, i);
-    }
-}
-
-TEST(LegacyRegistrar, ComponentsAreReplacedAndRemoved) {
-    LegacyResourceCollection c;
-    const Entry icon{L"brush", 5, {}};
-    c.AddResources(L"Paint", &icon, 1, Resources::Icon);
-    c.AddComponent(L"Paint", FakeModule(1));
-    c.AddComponent(L"Paint", FakeModule(2));
-    EXPECT_EQ(Find(c, L"brush", Resources::Icon), Id(FakeModule(2), 5));
     c.RemoveComponent(L"Unknown");
     c.RemoveComponent(L"paint"); // names compare exactly
-    EXPECT_EQ(Find(c, L"brush", Resources::Icon), Id(FakeModule(2), 5));
-    c.RemoveComponent(L"Paint");
-    // The entries stay; only the module is gone.
-    EXPECT_EQ(Find(c, L"brush", Resources::Icon), Id(nullptr, 5));
-    c.AddComponent(L"Paint", FakeModule(3));
-    EXPECT_EQ(Find(c, L"brush", Resources::Icon), Id(FakeModule(3), 5));
-}
-
-TEST(LegacyRegistrar, KeyOfTwoComponentsResolvesToOneOfThem) {
-    LegacyResourceCollection c;
-    c.AddComponent(L"A", FakeModule(1));
-    c.AddComponent(L"B", FakeModule(2));
-    const Entry a{L"shared", 1, {}}, b{L"shared", 2, {}};
-    c.AddResources(L"A", &a, 1, Resources::String);
-    c.AddResources(L"B", &b, 1, Resources::String);
-    const auto hit = Find(c, L"shared", Resources::String);
-    ASSERT_TRUE(hit);
-    EXPECT_TRUE(*hit == Id(FakeModule(1), 1) || *hit == Id(FakeModule(2), 2));
+    EXPECT_EQ(Find(c, L"alpha", R::String), Id(Module(2), 10));
+    c.RemoveComponent(L"Paint"); // the entries stay; only the module is gone
+    EXPECT_EQ(Find(c, L"alpha", R::String), Id(nullptr, 10));
+    c.AddComponent(L"Paint", Module(3));
+    EXPECT_EQ(Find(c, L"alpha", R::String), Id(Module(3), 10));
+    // A key of two components resolves to either.
+    const Entry again{L"alpha", 11, {}};
+    c.AddComponent(L"Brush", Module(4));
+    c.AddResources(L"Brush", &again, 1, R::String);
+    const auto hit = Find(c, L"alpha", R::String);
+    EXPECT_TRUE(hit == Id(Module(3), 10) || hit == Id(Module(4), 11));
 }
 
 TEST(LegacyRegistrar, WorkspaceIconsCarryTheirPath) {
     LegacyResourceCollection c;
-    c.AddComponent(L"Other", FakeModule(1));
-    const Entry wksp{L"ws", 0, L"C:/icons/ws.png"};
-    const Entry other{L"other", 0, L"C:/icons/other.png"};
-    const Entry withId{L"numbered", 9, L"ignored.png"};
-    c.AddResources(L"wkspIcon", &wksp, 1, Resources::Icon);
-    c.AddResources(L"Other", &other, 1, Resources::Icon);
-    c.AddResources(L"Other", &withId, 1, Resources::Icon);
-    ResourceID expected;
-    expected.pngPath = L"C:/icons/ws.png";
-    EXPECT_EQ(Find(c, L"ws", Resources::Icon), expected);
-    // Id 0 under any other component: present, but empty.
-    EXPECT_EQ(Find(c, L"other", Resources::Icon), ResourceID{});
-    EXPECT_EQ(Find(c, L"numbered", Resources::Icon), Id(FakeModule(1), 9));
-    // The rule does not depend on the table; the component name is exact.
-    c.AddResources(L"wkspIcon", &wksp, 1, Resources::String);
-    EXPECT_EQ(Find(c, L"ws", Resources::String), expected);
-    c.AddResources(L"WkspIcon", &wksp, 1, Resources::Cursor);
-    EXPECT_EQ(Find(c, L"ws", Resources::Cursor), ResourceID{});
+    c.AddComponent(L"A", Module(1));
+    // Id 0 under "wkspIcon" carries the icon path; under any other component it is present
+    // but empty. The rule holds in every table; the component name is exact.
+    const Entry ws{L"ws", 0, L"C:/icons/ws.png"}, numbered{L"numbered", 9, L"ignored.png"};
+    c.AddResources(L"wkspIcon", &ws, 1, R::Icon);
+    c.AddResources(L"wkspIcon", &ws, 1, R::String);
+    c.AddResources(L"WkspIcon", &ws, 1, R::Cursor);
+    c.AddResources(L"A", &numbered, 1, R::Icon);
+    EXPECT_EQ(Find(c, L"ws", R::Icon), Id(nullptr, 0, L"C:/icons/ws.png"));
+    EXPECT_EQ(Find(c, L"ws", R::String), Id(nullptr, 0, L"C:/icons/ws.png"));
+    EXPECT_EQ(Find(c, L"ws", R::Cursor), R::ResourceID{});
+    EXPECT_EQ(Find(c, L"numbered", R::Icon), Id(Module(1), 9));
 }
 
-TEST(LegacyRegistrar, UnknownTypesAddAndFindNothing) {
-    LegacyResourceCollection c;
-    const Entry entry{L"k", 4, {}};
-    for (int type : {-1, 3, 100}) {
-        c.AddResources(L"C", &entry, 1, static_cast<Resources::ResourceType>(type));
-        EXPECT_FALSE(Find(c, L"k", type)) << type;
-    }
-    for (int type : {0, 1, 2})
-        EXPECT_FALSE(Find(c, L"k", type)) << type;
-}
-
-TEST(LegacyRegistrar, EmptyCountsAddNothing) {
+TEST(LegacyRegistrar, BadArgumentsAddNothingOrReadAsEmpty) {
     LegacyResourceCollection c;
     const Entry entries[] = {{L"a", 1, {}}, {L"b", 2, {}}};
-    c.AddResources(L"C", entries, 0, Resources::String);
-    c.AddResources(L"C", entries, -5, Resources::String);
-    EXPECT_FALSE(Find(c, L"a", Resources::String));
-    c.AddResources(L"C", entries, 1, Resources::String);
-    EXPECT_TRUE(Find(c, L"a", Resources::String));
-    EXPECT_FALSE(Find(c, L"b", Resources::String));
+    for (int type : {-1, 3}) {
+        c.AddResources(L"C", entries, 2, static_cast<R::ResourceType>(type));
+        EXPECT_FALSE(Find(c, L"a", type)) << type;
+    }
+    c.AddResources(L"C", entries, 0, R::String);
+    c.AddResources(L"C", entries, -5, R::String);
+    c.AddResources(L"C", nullptr, 3, R::String);
+    for (int type : {R::Icon, R::Cursor, R::String})
+        EXPECT_FALSE(Find(c, L"a", type)) << type;
+    c.AddResources(L"C", entries, 1, R::String); // the count bounds the read
+    EXPECT_TRUE(Find(c, L"a", R::String));
+    EXPECT_FALSE(Find(c, L"b", R::String));
+    // A null key is the empty key; a null component the empty one, which has no module.
+    const Entry nullKey{nullptr, 6, {}}, orphan{L"orphan", 8, {}};
+    c.AddComponent(L"C", Module(1));
+    c.AddComponent(nullptr, Module(3));
+    c.AddResources(L"C", &nullKey, 1, R::String);
+    c.AddResources(nullptr, &orphan, 1, R::Icon);
+    c.RemoveComponent(nullptr);
+    EXPECT_EQ(Find(c, L"", R::String), Id(Module(1), 6));
+    EXPECT_EQ(Find(c, L"orphan", R::Icon), Id(nullptr, 8));
 }
 
-TEST(LegacyRegistrar, NullArgumentsReadAsEmpty) {
-    LegacyResourceCollection c;
-    c.AddResources(L"C", nullptr, 3, Resources::String);
-    EXPECT_FALSE(Find(c, L"", Resources::String));
-    // A null key is the empty key.
-    const Entry nullKey{nullptr, 6, {}};
-    c.AddComponent(L"C", FakeModule(1));
-    c.AddResources(L"C", &nullKey, 1, Resources::String);
-    EXPECT_EQ(Find(c, L"", Resources::String), Id(FakeModule(1), 6));
-    // A null component is the empty one, whose entries never have a module.
-    c.AddComponent(L"", FakeModule(2));
-    c.AddComponent(nullptr, FakeModule(3));
-    const Entry orphan{L"orphan", 8, {}};
-    c.AddResources(nullptr, &orphan, 1, Resources::Icon);
-    EXPECT_EQ(Find(c, L"orphan", Resources::Icon), Id(nullptr, 8));
-    c.RemoveComponent(nullptr);
-    EXPECT_EQ(Find(c, L"", Resources::String), Id(FakeModule(1), 6));
+// The platform describes an icon by module path and negative index: the id is its negation.
+TEST(LegacyStockIcons, RegisteredWithTheShellModuleOnceLoadedNeverFreed) {
+    const std::wstring shell = L"C:\\Windows\\shell32.dll", missing = L"missing.dll";
+    int loads = 0, frees = 0;
+    QanTest::FakePlatform platform;
+    platform.stockIcon = [&](int id, Framework::Platform::StockIconLocation& location) {
+        location.modulePath = id == 23 ? missing : shell;
+        location.iconIndex = -(id + 1000);
+        return id != 79; // the information icon cannot be described
+    };
+    platform.loadModule = [&](const wchar_t* path) {
+        loads += path == shell || path == missing;
+        return path == shell ? Module(7) : nullptr;
+    };
+    platform.freeModule = [&](HINSTANCE module) { frees += module == Module(7); };
+    {
+        const ResourcesImpl service; // registers the four stock icons
+        // clang-format off
+        const std::pair<const wchar_t*, R::ResourceID> keys[] = {
+            {L"StockIcon::Warning", Id(Module(7), 1078)}, {L"StockIcon::Error", Id(Module(7), 1080)},
+            {L"StockIcon::Info", R::ResourceID{}},        {L"StockIcon::Help", Id(nullptr, 1023)}};
+        // clang-format on
+        for (const auto& [key, expected] : keys)
+            EXPECT_EQ(service.GetIcon(key), expected) << expected.id;
+        EXPECT_EQ(service.GetCursor(L"StockIcon::Error"), R::ResourceID{}); // icons only
+    }
+    EXPECT_EQ(loads, 2); // each module once
+    EXPECT_EQ(frees, 0);
 }
 
 } // namespace

@@ -1,0 +1,184 @@
+// Legacy strings: one tagged text composed for a GUID key, (component, id) pairs resolved
+// to GUID keys with the application's preferences, and registered keys loaded from modules.
+#include "legacy/LegacyStringLookup.h"
+#include "legacy/LegacyResourceCollection.h"
+#include "service/ResourcesImpl.h"
+
+#include <framework/QanCtlDependency.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cwctype>
+#include <map>
+
+namespace {
+using namespace Framework;
+using namespace Framework::Internal;
+using Texts = std::map<std::pair<std::wstring, StringKind>, std::wstring>;
+
+// String tables over fixed texts, recording the kinds asked for.
+struct FakeStrings final : StringCollection {
+    FakeStrings(Texts texts, std::vector<StringKind>* asked) : texts(texts), asked(asked) {}
+    std::optional<QanStringT<wchar_t>> GetResource(const QanStringT<wchar_t>& key,
+                                                   StringKind kind) const override {
+        if (asked)
+            asked->push_back(kind);
+        const auto it = texts.find({key, kind});
+        return it == texts.end() ? std::nullopt : std::optional(it->second);
+    }
+    Texts texts;
+    std::vector<StringKind>* asked;
+};
+
+StringLookup Over(const Texts& texts, std::vector<StringKind>* asked = nullptr) {
+    return [strings = std::make_shared<FakeStrings>(texts, asked)](const QanStringT<wchar_t>& key,
+                                                                   StringKind kind) {
+        return strings->GetResource(key, kind).value_or(L"");
+    };
+}
+
+// Fields, each after the U+0001 marker.
+std::wstring Tagged(std::initializer_list<const wchar_t*> fields) {
+    std::wstring text;
+    for (const wchar_t* field : fields)
+        text += std::wstring(L"\x0001") + field;
+    return text;
+}
+
+TEST(LegacyComposeText, FieldsPackedInEitherOrder) {
+    // Caption, body, header; then the text composed body first and header first.
+    const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*, std::wstring, std::wstring>
+        rows[] = {
+            {L"Open", L"Opens a file", L"", Tagged({L"CT=Open", L"TT=Opens a file"}),
+             Tagged({L"CT=Open", L"TT=Opens a file"})},
+            {L"Open", L"Opens a file", L"File",
+             Tagged({L"CT=Open", L"TT=Opens a file", L"TH=File"}),
+             Tagged({L"CT=Open", L"TH=File", L"TT=Opens a file"})},
+            {L"", L"", L"Head", Tagged({L"TH=Head"}), Tagged({L"TH=Head"})},
+            // Backslash pairs collapse: two to one, three to two, four to two.
+            {L"a\\\\b", L"c\\\\\\d", L"\\\\\\\\x\\",
+             Tagged({L"CT=a\\b", L"TT=c\\\\d", L"TH=\\\\x\\"}),
+             Tagged({L"CT=a\\b", L"TH=\\\\x\\", L"TT=c\\\\d"})},
+        };
+    for (const auto& [caption, body, header, bodyFirst, headerFirst] : rows) {
+        const StringLookup lookup = Over({{{L"k", Caption}, caption},
+                                          {{L"k", TooltipBody}, body},
+                                          {{L"k", TooltipHeader}, header}});
+        EXPECT_EQ(ComposeLegacyText(lookup, L"k", LegacyFieldOrder::BodyFirst), bodyFirst);
+        EXPECT_EQ(ComposeLegacyText(lookup, L"k", LegacyFieldOrder::HeaderFirst), headerFirst);
+    }
+}
+
+// A plain string stands as it is, doubled backslashes included; an empty key asks nothing.
+TEST(LegacyComposeText, PlainStringAndEmptyKey) {
+    std::vector<StringKind> asked;
+    const Texts texts{{{L"", String}, L"never"}, {{L"p", String}, L"C:\\\\dir"}};
+    EXPECT_EQ(ComposeLegacyText(Over(texts, &asked), L"", LegacyFieldOrder::BodyFirst), L"");
+    EXPECT_EQ(ComposeLegacyText(Over(texts, &asked), L"p", LegacyFieldOrder::HeaderFirst),
+              L"C:\\\\dir");
+    EXPECT_EQ(asked, std::vector<StringKind>{String});
+    ComposeLegacyText(Over(texts, &asked), L"none", LegacyFieldOrder::BodyFirst);
+    EXPECT_EQ(asked,
+              (std::vector<StringKind>{String, String, Caption, TooltipBody, TooltipHeader}));
+}
+
+// Id 10 is held by a plain component and by every preferred one; in byte order
+// "Aaa" < "BrtWash" < "Lumen" < "Nimbus" < "NimbusIntl" < "Schema".
+LegacyGuidIndex Sample() {
+    // clang-format off
+    return {{10, "Aaa", L"g-aaa10"}, {10, "BrtWash", L"g-brt10"}, {10, "Lumen", L"g-lum10"},
+            {10, "Nimbus", L"g-nim10"}, {10, "NimbusIntl", L"g-int10"}, {10, "Schema", L"g-sch10"},
+            {20, "Aaa", L""}, {20, "Zed", L""}, {30, "Aaa", L""}, {30, "Nimbus", L"g-nim30"}};
+    // clang-format on
+}
+
+// These GUIDs have a caption; every other key has no text.
+Texts Captions(std::initializer_list<const wchar_t*> guids) {
+    Texts texts;
+    for (const wchar_t* guid : guids)
+        texts[{guid, Caption}] = L"caption";
+    return texts;
+}
+
+TEST(LegacyGuidLookup, DirectRowThenPreferredThenAnyComponentWithText) {
+    const Texts all = Captions(
+        {L"g-aaa10", L"g-brt10", L"g-lum10", L"g-nim10", L"g-int10", L"g-sch10", L"g-nim30"});
+    const std::tuple<const char*, int, std::wstring, Texts, std::wstring> rows[] = {
+        // The pair's own row decides, even without text or with an empty GUID.
+        {"Schema", 10, L"Lumenform", {}, L"g-sch10"},
+        {"Aaa", 30, L"", all, L""},
+        {"Unknown", 99, L"", all, L""},
+        {"Unknown", 20, L"", all, L""}, // only empty GUIDs
+        // Without a preference the first holder by name with text wins.
+        {"Other", 10, L"", all, L"g-aaa10"},
+        {"Other", 10, L"Lumenform ", all, L"g-aaa10"},
+        {"Other", 10, L"Schema", all, L"g-aaa10"},
+        {"Other", 10, L"", Captions({L"g-int10", L"g-sch10"}), L"g-int10"},
+        {"Other", 10, L"Lumenform", {}, L""},
+        {"Other", 10, L"", {{{L"g-nim10", String}, L"x"}}, L"g-nim10"}, // plain string alone
+        // Each application prefers its own components; among them the first by name.
+        {"Other", 10, L"Lumenform", all, L"g-lum10"},
+        {"Other", 10, L"Brightwash", all, L"g-brt10"},
+        {"Other", 10, L"Schemawright", all, L"g-nim10"},
+        {"Other", 10, L"Lumenform", Captions({L"g-aaa10", L"g-int10", L"g-sch10"}), L"g-int10"},
+        {"Other", 10, L"Schemawright", Captions({L"g-aaa10", L"g-sch10"}), L"g-sch10"},
+        {"Other", 10, L"Brightwash", Captions({L"g-aaa10", L"g-sch10"}), L"g-aaa10"},
+    };
+    const LegacyGuidIndex index = Sample();
+    for (const auto& [component, id, app, texts, expected] : rows) {
+        std::wstring lower = app, upper = app;
+        std::transform(app.begin(), app.end(), lower.begin(), ::towlower);
+        std::transform(app.begin(), app.end(), upper.begin(), ::towupper);
+        for (const std::wstring& name : {app, lower, upper})
+            EXPECT_EQ(GetLegacyGuid(index, Over(texts), component, id, name), expected)
+                << component << " " << id << " " << std::string(name.begin(), name.end());
+    }
+    EXPECT_EQ(GetLegacyGuid(LegacyGuidIndex{}, Over(all), "Aaa", 10, L""), L"");
+}
+
+// The service reads the application name at every call and composes in both orders.
+TEST(LegacyService, ResolvesPairsForTheCurrentApplication) {
+    const Texts texts{{{L"g-brt10", Caption}, L"Brt"},
+                      {{L"g-nim10", TooltipBody}, L"Body"},
+                      {{L"g-nim10", TooltipHeader}, L"Hd"}};
+    ResourcesImpl service(std::make_unique<FakeStrings>(texts, nullptr), nullptr, nullptr, nullptr,
+                          Sample(), nullptr);
+    IResources::SetResourcesForTests(&service);
+    Resources::SetAppName(L"SCHEMAWRIGHT");
+    EXPECT_EQ(Resources::GetLegacyGuid("Other", 10), L"g-nim10");
+    EXPECT_EQ(Resources::GetLegacyString(10, "Other"), Tagged({L"TT=Body", L"TH=Hd"}));
+    EXPECT_EQ(service.GetLegacyStringHeaderFirst(L"g-nim10"), Tagged({L"TH=Hd", L"TT=Body"}));
+    Resources::SetAppName(L"");
+    EXPECT_EQ(Resources::GetLegacyString(10, "Other"), Tagged({L"CT=Brt"}));
+    EXPECT_EQ(Resources::GetLegacyString(99, "Other"), L"");
+    IResources::SetResourcesForTests(nullptr);
+}
+
+// The service's fallback for keys the string tables lack: the registered module's text.
+TEST(LegacyService, RegisteredKeysLoadFromTheirModule) {
+    const HINSTANCE module = reinterpret_cast<HINSTANCE>(std::uintptr_t{0x4000});
+    const std::wstring tagged = Tagged({L"CT=Cap", L"TT=Body", L"TH=Head"});
+    ResourcesImpl service(std::make_unique<FakeStrings>(Texts{}, nullptr), nullptr, nullptr,
+                          nullptr, {}, std::make_unique<LegacyResourceCollection>());
+    const Resources::RegistrarMapEntry entry{L"legacy", 7, {}};
+    service.AddLegacyResources(L"Paint", &entry, 1, Resources::String);
+    service.AddLegacyComponent(L"Paint", module);
+    std::vector<std::pair<HINSTANCE, std::uint32_t>> calls;
+    QanResources::InjectQanCtlDependency({[&](HINSTANCE m, std::uint32_t id) {
+        calls.emplace_back(m, id);
+        return tagged;
+    }});
+    // Each kind takes its field; kinds beyond the tooltip body keep the whole text.
+    const std::pair<StringKind, std::wstring> kinds[] = {{String, tagged},
+                                                         {Caption, L"Cap"},
+                                                         {TooltipHeader, L"Head"},
+                                                         {TooltipBody, L"Body"},
+                                                         {static_cast<StringKind>(4), tagged}};
+    for (const auto& [kind, expected] : kinds)
+        EXPECT_EQ(service.GetString(L"legacy", kind), expected) << kind;
+    EXPECT_EQ(calls, decltype(calls)(5, {module, 7u}));
+    QanResources::InjectQanCtlDependency({});
+}
+
+} // namespace
