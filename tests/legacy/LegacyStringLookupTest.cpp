@@ -17,70 +17,52 @@ using namespace Framework;
 using namespace Framework::Internal;
 using Texts = std::map<std::pair<std::wstring, StringKind>, std::wstring>;
 
-// String tables over fixed texts, recording the kinds asked for.
+// String tables over fixed texts.
 struct FakeStrings final : StringCollection {
-    FakeStrings(Texts texts, std::vector<StringKind>* asked) : texts(texts), asked(asked) {}
+    explicit FakeStrings(Texts texts) : texts(std::move(texts)) {}
     std::optional<QanStringT<wchar_t>> GetResource(const QanStringT<wchar_t>& key,
                                                    StringKind kind) const override {
-        if (asked)
-            asked->push_back(kind);
         const auto it = texts.find({key, kind});
         return it == texts.end() ? std::nullopt : std::optional(it->second);
     }
     Texts texts;
-    std::vector<StringKind>* asked;
 };
 
-StringLookup Over(const Texts& texts, std::vector<StringKind>* asked = nullptr) {
-    return [strings = std::make_shared<FakeStrings>(texts, asked)](const QanStringT<wchar_t>& key,
-                                                                   StringKind kind) {
-        return strings->GetResource(key, kind).value_or(L"");
+StringLookup Over(const Texts& texts) {
+    return [strings = FakeStrings(texts)](const QanStringT<wchar_t>& key, StringKind kind) {
+        return strings.GetResource(key, kind).value_or(L"");
     };
 }
 
-// Fields, each after the U+0001 marker.
-std::wstring Tagged(std::initializer_list<const wchar_t*> fields) {
-    std::wstring text;
-    for (const wchar_t* field : fields)
-        text += std::wstring(L"\x0001") + field;
+// A tagged text written with '|' for the U+0001 marker.
+std::wstring T(std::wstring text) {
+    std::replace(text.begin(), text.end(), L'|', L'\x0001');
     return text;
 }
 
 TEST(LegacyComposeText, FieldsPackedInEitherOrder) {
     // Caption, body, header; then the text composed body first and header first.
-    const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*, std::wstring, std::wstring>
-        rows[] = {
-            {L"Open", L"Opens a file", L"", Tagged({L"CT=Open", L"TT=Opens a file"}),
-             Tagged({L"CT=Open", L"TT=Opens a file"})},
-            {L"Open", L"Opens a file", L"File",
-             Tagged({L"CT=Open", L"TT=Opens a file", L"TH=File"}),
-             Tagged({L"CT=Open", L"TH=File", L"TT=Opens a file"})},
-            {L"", L"", L"Head", Tagged({L"TH=Head"}), Tagged({L"TH=Head"})},
-            // Backslash pairs collapse: two to one, three to two, four to two.
-            {L"a\\\\b", L"c\\\\\\d", L"\\\\\\\\x\\",
-             Tagged({L"CT=a\\b", L"TT=c\\\\d", L"TH=\\\\x\\"}),
-             Tagged({L"CT=a\\b", L"TH=\\\\x\\", L"TT=c\\\\d"})},
-        };
+    // clang-format off
+    const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*> rows[] = {
+        {L"Open", L"Opens a file", L"", L"|CT=Open|TT=Opens a file", L"|CT=Open|TT=Opens a file"},
+        {L"Open", L"Opens a file", L"File", L"|CT=Open|TT=Opens a file|TH=File",
+                                            L"|CT=Open|TH=File|TT=Opens a file"},
+        {L"", L"", L"Head", L"|TH=Head", L"|TH=Head"},
+        // Backslash pairs collapse: two to one, three to two, four to two.
+        {L"a\\\\b", L"c\\\\\\d", L"\\\\\\\\x\\", L"|CT=a\\b|TT=c\\\\d|TH=\\\\x\\",
+                                                 L"|CT=a\\b|TH=\\\\x\\|TT=c\\\\d"}};
+    // clang-format on
     for (const auto& [caption, body, header, bodyFirst, headerFirst] : rows) {
         const StringLookup lookup = Over({{{L"k", Caption}, caption},
                                           {{L"k", TooltipBody}, body},
                                           {{L"k", TooltipHeader}, header}});
-        EXPECT_EQ(ComposeLegacyText(lookup, L"k", LegacyFieldOrder::BodyFirst), bodyFirst);
-        EXPECT_EQ(ComposeLegacyText(lookup, L"k", LegacyFieldOrder::HeaderFirst), headerFirst);
+        EXPECT_EQ(ComposeLegacyText(lookup, L"k", LegacyFieldOrder::BodyFirst), T(bodyFirst));
+        EXPECT_EQ(ComposeLegacyText(lookup, L"k", LegacyFieldOrder::HeaderFirst), T(headerFirst));
     }
-}
-
-// A plain string stands as it is, doubled backslashes included; an empty key asks nothing.
-TEST(LegacyComposeText, PlainStringAndEmptyKey) {
-    std::vector<StringKind> asked;
-    const Texts texts{{{L"", String}, L"never"}, {{L"p", String}, L"C:\\\\dir"}};
-    EXPECT_EQ(ComposeLegacyText(Over(texts, &asked), L"", LegacyFieldOrder::BodyFirst), L"");
-    EXPECT_EQ(ComposeLegacyText(Over(texts, &asked), L"p", LegacyFieldOrder::HeaderFirst),
-              L"C:\\\\dir");
-    EXPECT_EQ(asked, std::vector<StringKind>{String});
-    ComposeLegacyText(Over(texts, &asked), L"none", LegacyFieldOrder::BodyFirst);
-    EXPECT_EQ(asked,
-              (std::vector<StringKind>{String, String, Caption, TooltipBody, TooltipHeader}));
+    // A plain string stands as it is, doubled backslashes included; an empty key finds none.
+    const StringLookup plain = Over({{{L"", String}, L"x"}, {{L"p", String}, L"C:\\\\dir"}});
+    EXPECT_EQ(ComposeLegacyText(plain, L"p", LegacyFieldOrder::HeaderFirst), L"C:\\\\dir");
+    EXPECT_EQ(ComposeLegacyText(plain, L"", LegacyFieldOrder::BodyFirst), L"");
 }
 
 // Id 10 is held by a plain component and by every preferred one; in byte order
@@ -101,19 +83,20 @@ Texts Captions(std::initializer_list<const wchar_t*> guids) {
     return texts;
 }
 
+// Every row is tried with the application name as written, in lower and in upper case.
 TEST(LegacyGuidLookup, DirectRowThenPreferredThenAnyComponentWithText) {
     const Texts all = Captions(
         {L"g-aaa10", L"g-brt10", L"g-lum10", L"g-nim10", L"g-int10", L"g-sch10", L"g-nim30"});
     const std::tuple<const char*, int, std::wstring, Texts, std::wstring> rows[] = {
         // The pair's own row decides, even without text or with an empty GUID.
         {"Schema", 10, L"Lumenform", {}, L"g-sch10"},
+        {"schema", 10, L"", all, L"g-aaa10"}, // component names compare exactly
         {"Aaa", 30, L"", all, L""},
         {"Unknown", 99, L"", all, L""},
         {"Unknown", 20, L"", all, L""}, // only empty GUIDs
         // Without a preference the first holder by name with text wins.
         {"Other", 10, L"", all, L"g-aaa10"},
         {"Other", 10, L"Lumenform ", all, L"g-aaa10"},
-        {"Other", 10, L"Schema", all, L"g-aaa10"},
         {"Other", 10, L"", Captions({L"g-int10", L"g-sch10"}), L"g-int10"},
         {"Other", 10, L"Lumenform", {}, L""},
         {"Other", 10, L"", {{{L"g-nim10", String}, L"x"}}, L"g-nim10"}, // plain string alone
@@ -134,33 +117,30 @@ TEST(LegacyGuidLookup, DirectRowThenPreferredThenAnyComponentWithText) {
             EXPECT_EQ(GetLegacyGuid(index, Over(texts), component, id, name), expected)
                 << component << " " << id << " " << std::string(name.begin(), name.end());
     }
-    EXPECT_EQ(GetLegacyGuid(LegacyGuidIndex{}, Over(all), "Aaa", 10, L""), L"");
 }
 
 // The service reads the application name at every call and composes in both orders.
 TEST(LegacyService, ResolvesPairsForTheCurrentApplication) {
-    const Texts texts{{{L"g-brt10", Caption}, L"Brt"},
-                      {{L"g-nim10", TooltipBody}, L"Body"},
-                      {{L"g-nim10", TooltipHeader}, L"Hd"}};
-    ResourcesImpl service(std::make_unique<FakeStrings>(texts, nullptr), nullptr, nullptr, nullptr,
-                          Sample(), nullptr);
+    ResourcesImpl service(std::make_unique<FakeStrings>(Texts{{{L"g-brt10", Caption}, L"B"},
+                                                              {{L"g-nim10", TooltipBody}, L"N"},
+                                                              {{L"g-nim10", TooltipHeader}, L"H"}}),
+                          nullptr, nullptr, nullptr, Sample(), nullptr);
     IResources::SetResourcesForTests(&service);
     Resources::SetAppName(L"SCHEMAWRIGHT");
-    EXPECT_EQ(Resources::GetLegacyGuid("Other", 10), L"g-nim10");
-    EXPECT_EQ(Resources::GetLegacyString(10, "Other"), Tagged({L"TT=Body", L"TH=Hd"}));
-    EXPECT_EQ(service.GetLegacyStringHeaderFirst(L"g-nim10"), Tagged({L"TH=Hd", L"TT=Body"}));
+    EXPECT_EQ(Resources::GetLegacyString(10, "Other"), T(L"|TT=N|TH=H"));
+    EXPECT_EQ(service.GetLegacyStringHeaderFirst(L"g-nim10"), T(L"|TH=H|TT=N"));
     Resources::SetAppName(L"");
-    EXPECT_EQ(Resources::GetLegacyString(10, "Other"), Tagged({L"CT=Brt"}));
+    EXPECT_EQ(Resources::GetLegacyGuid("Other", 10), L"g-brt10");
     EXPECT_EQ(Resources::GetLegacyString(99, "Other"), L"");
     IResources::SetResourcesForTests(nullptr);
 }
 
-// The service's fallback for keys the string tables lack: the registered module's text.
+// Keys the string tables lack come from the registered module, each kind taking its field.
 TEST(LegacyService, RegisteredKeysLoadFromTheirModule) {
     const HINSTANCE module = reinterpret_cast<HINSTANCE>(std::uintptr_t{0x4000});
-    const std::wstring tagged = Tagged({L"CT=Cap", L"TT=Body", L"TH=Head"});
-    ResourcesImpl service(std::make_unique<FakeStrings>(Texts{}, nullptr), nullptr, nullptr,
-                          nullptr, {}, std::make_unique<LegacyResourceCollection>());
+    const std::wstring tagged = T(L"|CT=Cap|TT=Body|TH=Head");
+    ResourcesImpl service(std::make_unique<FakeStrings>(Texts{}), nullptr, nullptr, nullptr, {},
+                          std::make_unique<LegacyResourceCollection>());
     const Resources::RegistrarMapEntry entry{L"legacy", 7, {}};
     service.AddLegacyResources(L"Paint", &entry, 1, Resources::String);
     service.AddLegacyComponent(L"Paint", module);
@@ -169,15 +149,11 @@ TEST(LegacyService, RegisteredKeysLoadFromTheirModule) {
         calls.emplace_back(m, id);
         return tagged;
     }});
-    // Each kind takes its field; kinds beyond the tooltip body keep the whole text.
-    const std::pair<StringKind, std::wstring> kinds[] = {{String, tagged},
-                                                         {Caption, L"Cap"},
-                                                         {TooltipHeader, L"Head"},
-                                                         {TooltipBody, L"Body"},
-                                                         {static_cast<StringKind>(4), tagged}};
+    const std::pair<StringKind, std::wstring> kinds[] = {
+        {String, tagged}, {Caption, L"Cap"}, {TooltipHeader, L"Head"}, {TooltipBody, L"Body"}};
     for (const auto& [kind, expected] : kinds)
         EXPECT_EQ(service.GetString(L"legacy", kind), expected) << kind;
-    EXPECT_EQ(calls, decltype(calls)(5, {module, 7u}));
+    EXPECT_EQ(calls, decltype(calls)(4, {module, 7u}));
     QanResources::InjectQanCtlDependency({});
 }
 
