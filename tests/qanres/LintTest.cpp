@@ -1,0 +1,142 @@
+// LintTest.cpp: the checker on a directory seeded with one instance of each fault it claims
+// to find, one row per fault: the file, its content, and every finding expected for it.
+#include "Lint.h"
+#include "CursorTableWriter.h"
+
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <tuple>
+#include <vector>
+
+// A string text file whose elements start on line 3, and one with a single element "A".
+static std::string Text(const std::string& body) {
+    return "<?xml version=\"1.0\"?>\n<strings>\n" + body + "</strings>\n";
+}
+static std::string One(const std::string& text) {
+    return Text("<s id=\"A\">" + text + "</s>\n");
+}
+// An icon map whose entries start on line 2.
+static std::string Map(const std::string& body) {
+    return "<icons>\n" + body + "</icons>\n";
+}
+// A cursor table less its last drop bytes.
+static std::string Cursors(const std::vector<QanTools::CursorTable::Entry>& entries, int drop = 0) {
+    const auto bytes = QanTools::CursorTable::Write(entries);
+    return std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size() - drop);
+}
+
+TEST(Lint, EachSeededFaultIsFoundWhereItStands) {
+    const std::string xml = "strings.xml", csv = "string.csv", map = "icons.map.xml";
+    const std::string startup = "startupstrings.xml", over = "override/strings.xml";
+    const std::string bin = "cursors.bin", a = "<s id=\"A\">a</s>\n";
+    // Each finding: "line:column: severity: " and a part of the message.
+    const std::tuple<std::string, std::string, std::vector<std::string>> rows[] = {
+        {"caption.csv", "k,A\n", {}}, // beside the clean strings.xml: no finding
+        // String text files.
+        {xml,
+         "<?xml version=\"1.0\"?>\n<strings>" + a + "</strings>\n",
+         {"2:10: error: line 2 is never read"}},
+        {xml,
+         "<?xml version=\"1.0\"?>\n<strings><s id=\"A\">a</s></strings>\n",
+         {"1:1: error: it reads no strings"}},
+        {xml, Text("<s id=\"A\" lang=\"en\">a</s>\n"), {"3:16: error: more than one quoted"}},
+        {xml, Text("<s id=\"A\" >a</s>\n"), {"3:10: error: '>' must follow"}},
+        {xml, Text("<s id=\"A\"/>\n"), {"3:1: error: self-closing element"}},
+        {xml, One("a <b>c</b>"), {"3:13: error: cannot hold '<'"}},
+        {xml, "<?xml version=\"1.0\"?>\n<strings>\n<s id=\"A\">a\n", {"3:1: error: not closed"}},
+        {xml,
+         Text(a + "<!-- \"z\" -->\n"),
+         {"4:1: error: a comment holding a double quote", "4:6: error: the quoted value 'z'"}},
+        {xml,
+         Text(a + "x=\"z\"\n"),
+         {"4:1: error: text between elements holds a double quote", "4:3: error: value 'z'"}},
+        {xml, One("\xFF"), {"3:11: error: invalid UTF-8 in the text"}},
+        {xml,
+         Text("<s id=\"B\">b</s>\n" + a),
+         {"4:7: error: 'A' is out of order: it sorts before 'B'"}},
+        {xml,
+         Text(a + a),
+         {"4:7: warning: duplicate id 'A': the library uses the first, on line 3"}},
+        {xml,
+         One("\\\\n \\q \\\\\\n \\"), // \\n \q \\\n and a backslash at the end
+         {"3:11: warning: '\\\\n' is handed out as a backslash followed by 'n'",
+          "3:15: warning: '\\q' is not an escape", "3:18: warning: 3 backslashes before 'n'",
+          "3:23: warning: a backslash at the end"}},
+        {xml, One("&bogus;"), {"3:11: warning: '&' does not start an entity"}},
+        {xml, One("a\rb"), {"3:12: warning: carriage return inside the text"}},
+        {xml, One(std::string("a\0b", 3)), {"3:12: warning: a zero byte ends the text"}},
+        {xml, Text("<s id=\"\">a</s>\n"), {"3:8: warning: empty id"}},
+        // Across text files.
+        {startup, Text("<s id=\"Z\">z</s>\n"), {"3:1: error: start-up id 'Z' is missing"}},
+        {startup, One("other"), {"3:1: error: start-up text of 'A' differs from strings.xml:3"}},
+        {over,
+         Text("<s id=\"Z\">z</s>\n"),
+         {"3:1: warning: override id 'Z' is not in strings.xml"}},
+        {over, Text(a + a), {"4:7: error: duplicate override id 'A' (also on line 3)"}},
+        // Key tables.
+        {"caption.csv", "\xEF\xBB\xBFk,A\n", {"1:1: error: byte-order mark"}},
+        {csv, "k,A\r\n", {"1:4: error: carriage return before the line feed"}},
+        {csv, "k,A", {"1:4: error: the last line has no line feed"}},
+        {csv, "k,A\nk\n", {"2:1: error: line without a comma"}},
+        {csv, "b,A\na,A\n", {"2:1: error: key 'a' is out of order: it sorts before 'b'"}},
+        {csv, "k\xFF,A\n", {"1:2: error: invalid UTF-8"}},
+        {csv, "k,Z\n", {"1:3: error: id 'Z' is in no string text file"}},
+        {csv, "k,A\nk,B\n", {"2:1: warning: duplicate key 'k': the library uses the first"}},
+        {csv, ",A\n", {"1:1: warning: empty key"}},
+        {csv, "k,\n", {"1:2: warning: empty id"}},
+        {csv, "k ,A\n", {"1:3: warning: space beside the comma"}},
+        // Icon maps. U+FF21 is one UTF-16 unit, 0xFF21; U+1F600 is two, 0xD83D 0xDE00: they
+        // sort one way as UTF-16 and the other by code point (a 32-bit wchar_t).
+        {map, "<icons>\n<map guid=\"a\">a.ico</icons>\n", {"2:20: error: 'icons' does not match"}},
+        {map,
+         Map("<map guid=\"f\"><map guid=\"g\">g.ico</map>f.ico</map>\n"),
+         {"2:1: error: key 'f' is out of order", "2:15: error: inside another \"map\""}},
+        {map, Map("<map guid=\"e\"></map>\n"), {"2:1: error: without a file name"}},
+        {map, Map("<map id=\"c\">c.ico</map>\n"), {"2:6: error: must be named \"guid\", not 'id'"}},
+        {map, Map("<map guid=\"d\" x=\"1\">d.ico</map>\n"), {"2:1: error: exactly one attribute"}},
+        {map,
+         Map("<map guid=\"\xF0\x9F\x98\x80\">a</map>\n<map guid=\"\xEF\xBC\xA1\">b</map>\n"),
+         {"3:1: error: in code point order"}},
+        {map,
+         Map("<map guid=\"\xEF\xBC\xA1\">b</map>\n<map guid=\"\xF0\x9F\x98\x80\">a</map>\n"),
+         {"3:1: error: UTF-16 order"}},
+        {map,
+         Map("<map guid=\"a\">a</map>\n<map guid=\"a\">b</map>\n"),
+         {"3:1: warning: duplicate key 'a': the library uses the first, on line 2"}},
+        {map, Map("<map guid=\"h\"> h.ico </map>\n"), {"2:1: warning: white space at its ends"}},
+        // Cursor tables; the column is the entry's number.
+        {"QanIcons.dll", "MZ not a module", {"1:1: error: not a module holding a cursor table"}},
+        {bin, "\xFF\xFF\xFF\xFF", {"1:1: error: negative cursor count -1"}},
+        {bin,
+         Cursors({{u"Arrow", 2}, {u"Hand", 1}}, 2),
+         {"1:1: error: ends early: 1 of 2 entries"}},
+        {bin,
+         Cursors({{u"Hand", 1}, {u"Arrow", 2}, {u"Arrow", 3}}),
+         {"1:2: error: 'Arrow' (entry 2) is out of order",
+          "1:3: warning: the library uses entry 2"}},
+        {bin, Cursors({{u"", 1}}), {"1:1: warning: entry 1 has an empty name"}},
+        {bin, Cursors({{u"A", 1}}) + "x", {"1:1: warning: bytes after the last cursor entry"}}};
+    for (const auto& [file, content, expected] : rows) {
+        QanTest::TempDir dir;
+        dir.Write(xml, Text(a + "<s id=\"B\">b</s>\n"));
+        dir.Write(file, content);
+        auto found = QanTool::LintDirectory(dir.Path(), "res/").All();
+        std::stable_sort(found.begin(), found.end(), [](const auto& x, const auto& y) {
+            return std::tie(x.line, x.column) < std::tie(y.line, y.column);
+        });
+        std::string all = file + " gave:\n";
+        for (const auto& d : found)
+            all += QanTool::Format(d) + "\n";
+        EXPECT_EQ(found.size(), expected.size()) << all;
+        for (std::size_t i = 0; i < std::min(found.size(), expected.size()); ++i) {
+            const std::size_t at = expected[i].find(": ", expected[i].find(": ") + 2) + 2;
+            const std::string where = "res/" + file + ":" + expected[i].substr(0, at);
+            EXPECT_EQ(QanTool::Format(found[i]).rfind(where, 0), 0u) << all;
+            EXPECT_NE(found[i].message.find(expected[i].substr(at)), std::string::npos) << all;
+        }
+    }
+}
