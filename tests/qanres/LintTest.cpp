@@ -115,9 +115,9 @@ TEST(Lint, EachSeededFaultIsFoundWhereItStands) {
          Cursors({{u"Arrow", 2}, {u"Hand", 1}}, 2),
          {"1:1: error: ends early: 1 of 2 entries"}},
         {bin,
-         Cursors({{u"Hand", 1}, {u"Arrow", 2}, {u"Arrow", 3}}),
-         {"1:2: error: 'Arrow' (entry 2) is out of order",
-          "1:3: warning: the library uses entry 2"}},
+         Cursors({{u"\U0001F600", 1}, {u"Arrow", 2}, {u"Arrow", 3}}),
+         {"1:2: error: 'Arrow' (entry 2) is out of order: it sorts before '\xF0\x9F\x98\x80'",
+          "1:3: warning: duplicate cursor 'Arrow': the library uses entry 2"}},
         {bin, Cursors({{u"", 1}}), {"1:1: warning: entry 1 has an empty name"}},
         {bin, Cursors({{u"A", 1}}) + "x", {"1:1: warning: bytes after the last cursor entry"}}};
     for (const auto& [file, content, expected] : rows) {
