@@ -28,6 +28,7 @@ std::optional<R::ResourceID> Find(const LegacyResourceCollection& c, const std::
 
 TEST(LegacyRegistrar, KeysResolveToTheirComponentsCurrentModule) {
     LegacyResourceCollection c;
+    c.AddComponent(L"Other", Module(9));
     const Entry entries[] = {
         {L"zeta", 30, {}}, {L"alpha", 10, {}}, {L"mid", 20, {}}, {L"beta", 5, {}}};
     c.AddResources(L"Paint", entries, 3, R::String);
@@ -37,13 +38,16 @@ TEST(LegacyRegistrar, KeysResolveToTheirComponentsCurrentModule) {
     EXPECT_EQ(Find(c, L"alpha", R::String), Id(nullptr, 10)); // no module added yet
     c.AddComponent(L"Paint", Module(1));
     c.AddComponent(L"Paint", Module(2)); // the second handle replaces the first
-    for (const Entry& entry : entries)
-        EXPECT_EQ(Find(c, entry.key, R::Cursor), Id(Module(2), entry.id)) << entry.id;
+    for (int i = 0; i < 4; ++i) {
+        const auto expected = Id(Module(2), entries[i].id);
+        EXPECT_EQ(Find(c, entries[i].key, R::Cursor), expected) << i;
+        EXPECT_EQ(Find(c, entries[i].key, R::String),
+                  i < 3 ? std::optional(expected) : std::nullopt);
+    }
     // Keys compare exactly, and each type has its own table.
-    const std::pair<const wchar_t*, int> misses[] = {
-        {L"Alpha", R::String}, {L"", R::String}, {L"beta", R::String}, {L"alpha", R::Icon}};
-    for (const auto& [key, type] : misses)
-        EXPECT_FALSE(Find(c, key, type)) << type;
+    for (const wchar_t* key : {L"Alpha", L"alph", L""})
+        EXPECT_FALSE(Find(c, key, R::String));
+    EXPECT_FALSE(Find(c, L"alpha", R::Icon));
 
     c.RemoveComponent(L"Unknown");
     c.RemoveComponent(L"paint"); // names compare exactly
@@ -97,9 +101,9 @@ TEST(LegacyRegistrar, BadArgumentsAddNothingOrReadAsEmpty) {
     c.AddComponent(nullptr, Module(3));
     c.AddResources(L"C", &nullKey, 1, R::String);
     c.AddResources(nullptr, &orphan, 1, R::Icon);
+    EXPECT_EQ(Find(c, L"orphan", R::Icon), Id(nullptr, 8));
     c.RemoveComponent(nullptr);
     EXPECT_EQ(Find(c, L"", R::String), Id(Module(1), 6));
-    EXPECT_EQ(Find(c, L"orphan", R::Icon), Id(nullptr, 8));
 }
 
 // The platform describes an icon by module path and negative index: the id is its negation.
