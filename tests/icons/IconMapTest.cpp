@@ -1,101 +1,147 @@
-// Reading "icons.map.xml": which elements count, what is kept, and what rejects the file.
+// The icon map: the grammar of "icons.map.xml", look-ups through it for each kind of icon
+// location, the path-kind cache, and the paths that prefixed keys give.
 #include "icons/IconResourceCollection.h"
+#include "icons/PathKind.h"
+#include "platform/Path.h"
+#include "service/Settings.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace {
 using namespace Framework::Internal;
+using Framework::Resources;
 using Pairs = std::vector<std::pair<std::wstring, std::wstring>>;
+constexpr wchar_t kSep = Framework::Path::kSeparator;
 
-Pairs ToPairs(const std::vector<IconMapEntry>& entries) {
-    Pairs pairs;
-    for (const auto& entry : entries)
-        pairs.emplace_back(entry.key, entry.fileName);
-    return pairs;
-}
-
-// Loads xml written as a file into a map that already holds one sentinel entry, so a
-// rejected file shows as the sentinel left alone.
-Pairs Load(std::string_view xml) {
-    QanTest::TempDir dir;
-    const auto path = dir.Write("icons.map.xml", xml);
-    std::vector<IconMapEntry> entries{{L"sentinel", L"kept"}};
-    LoadIconMap(entries, path.wstring().c_str());
-    return ToPairs(entries);
-}
-
-const Pairs kRejected{{L"sentinel", L"kept"}};
-
-TEST(IconMapGrammar, MapsCountAtAnyDepthInDocumentOrder) {
-    const auto entries = Load(R"(<?xml version="1.0" encoding="utf-8"?>
-<anything>
-  <map guid="b">b.ico</map>
-  <group name="x"><deeper><map guid="a">a.png.png</map></deeper></group>
-  <other guid="ignored">not a map</other>
-  <map guid="c">c.ico</map>
-</anything>)");
-    EXPECT_EQ(entries, (Pairs{{L"b", L"b.ico"}, {L"a", L"a.png.png"}, {L"c", L"c.ico"}}));
-}
-
-TEST(IconMapGrammar, KeepsWhitespaceDuplicatesAndTextAroundChildren) {
-    const auto entries = Load("<r><map guid=\"k\"> a.ico </map><map guid=\"k\">\n\tb.ico\n</map>"
-                              "<map guid=\"m\">x<i/>y<![CDATA[<z>]]></map></r>");
-    EXPECT_EQ(entries, (Pairs{{L"k", L" a.ico "}, {L"k", L"\n\tb.ico\n"}, {L"m", L"xy<z>"}}));
-}
-
-TEST(IconMapGrammar, TextOutsideMapsIsDropped) {
-    EXPECT_EQ(Load("<r>before<map guid=\"a\">x</map>after<n>more</n></r>"), (Pairs{{L"a", L"x"}}));
-}
-
-TEST(IconMapGrammar, DecodesEntitiesAndUtf8ToWide) {
-    EXPECT_EQ(Load("<r><map guid=\"&amp;\xC3\xBC\">\xF0\x9F\x96\xB1&lt;.ico</map></r>"),
-              (Pairs{{L"&\u00FC", L"\U0001F5B1<.ico"}}));
-}
-
-TEST(IconMapGrammar, NamesAreCaseSensitive) {
-    // "Map" is not a map (so its missing text does not matter) ...
-    EXPECT_EQ(Load("<r><Map guid=\"a\"/><map guid=\"b\">b.ico</map></r>"),
-              (Pairs{{L"b", L"b.ico"}}));
-    // ... and "GUID" is not the key attribute.
-    EXPECT_EQ(Load("<r><map GUID=\"b\">b.ico</map></r>"), kRejected);
-}
-
-TEST(IconMapGrammar, NestingUnderAMapWithEmptyKeyIsNotDetected) {
-    // Nesting is recognised by a current key; an empty one hides it. Intended.
-    EXPECT_EQ(Load("<r><map guid=\"\"><map guid=\"b\">y</map>x</map></r>"),
-              (Pairs{{L"b", L"y"}, {L"", L"x"}}));
-}
-
-TEST(IconMapRejection, EveryMalformedMapRejectsTheWholeFile) {
-    const char* const bad[] = {
-        "<r><map guid=\"a\">a.ico</map><map guid=\"b\"><map guid=\"c\">c</map></map></r>",
-        "<r><map guid=\"a\">a.ico</map><map guid=\"b\"></map></r>",
-        "<r><map guid=\"a\">a.ico</map><map guid=\"b\"/></r>",
-        "<r><map id=\"a\">a.ico</map></r>",
-        "<r><map guid=\"a\" size=\"16\">a.ico</map></r>",
-        "<r><map size=\"16\" guid=\"a\">a.ico</map></r>",
-        "<r><map>a.ico</map></r>",
-        "<r><map guid=\"a\">a.ico</map>",
-        "<r><map guid=\"a\">a.ico</r></map>",
-        "<r><map guid=\"a\">a.ico</map></r><second/>",
-        "",
-        "not xml at all",
+TEST(IconMap, GrammarKeepsWhatMapsSayAndAnyFaultRejectsTheFile) {
+    const Pairs rejected{{L"sentinel", L"kept"}};
+    const std::pair<const char*, Pairs> rows[] = {
+        // Maps count at any depth, in document order; other elements, text outside maps
+        // and names in another case ("Map" needs no text) do not.
+        {"<any>before<map guid=\"b\">b.ico</map>after<g><d><map guid=\"a\">a.png.png</map></d>"
+         "</g><Map guid=\"x\"/><other guid=\"y\">no</other><map guid=\"c\">c.ico</map></any>",
+         {{L"b", L"b.ico"}, {L"a", L"a.png.png"}, {L"c", L"c.ico"}}},
+        // Whitespace and duplicates are kept; text around children, CDATA and entities join.
+        {"<r><map guid=\"k\"> a.ico </map><map guid=\"k\">\n\tb.ico\n</map>"
+         "<map guid=\"&amp;\xC3\xBC\">x<i/>y<![CDATA[<z>]]>\xF0\x9F\x96\xB1&lt;</map></r>",
+         {{L"k", L" a.ico "}, {L"k", L"\n\tb.ico\n"}, {L"&\u00FC", L"xy<z>\U0001F5B1<"}}},
+        // Nesting is recognised by a current key, so an empty one hides it. Intended.
+        {"<r><map guid=\"\"><map guid=\"b\">y</map>x</map></r>", {{L"b", L"y"}, {L"", L"x"}}},
+        {"<r/>", {}},
+        {"<r><map guid=\"a\">a</map><map guid=\"b\"><map guid=\"c\">c</map></map></r>", rejected},
+        {"<r><map guid=\"a\">a.ico</map><map guid=\"b\"></map></r>", rejected},
+        {"<r><map id=\"a\">a.ico</map></r>", rejected},
+        {"<r><map GUID=\"a\">a.ico</map></r>", rejected},
+        {"<r><map guid=\"a\" size=\"16\">a.ico</map></r>", rejected},
+        {"<r><map>a.ico</map></r>", rejected},
+        {"<r><map guid=\"a\">a.ico</map>", rejected},
+        {"", rejected},
+        {nullptr, rejected}, // no file at all
     };
-    for (const char* xml : bad)
-        EXPECT_EQ(Load(xml), kRejected) << xml;
-}
-
-TEST(IconMapRejection, MissingFileOrFolderLeavesTheMapAlone) {
     QanTest::TempDir dir;
-    std::vector<IconMapEntry> entries{{L"sentinel", L"kept"}};
-    LoadIconMap(entries, (dir.Path() / "icons.map.xml").wstring().c_str());
-    LoadIconMap(entries, dir.Wide().c_str());
-    EXPECT_EQ(ToPairs(entries), kRejected);
+    for (const auto& [xml, want] : rows) {
+        std::vector<IconMapEntry> entries{{L"sentinel", L"kept"}};
+        const auto path = xml ? dir.Write("map.xml", xml) : dir.Path() / "no";
+        LoadIconMap(entries, path.wstring().c_str());
+        LoadIconMap(entries, dir.Wide().c_str()); // a folder is no map either
+        Pairs got;
+        for (const auto& entry : entries)
+            got.emplace_back(entry.key, entry.fileName);
+        EXPECT_EQ(got, want) << (xml ? xml : "no file");
+    }
 }
 
-TEST(IconMapRejection, AnAcceptedEmptyMapReplacesWhatWasThere) {
-    EXPECT_EQ(Load("<r/>"), Pairs{});
+// Through the service, which reads the map from the resource directory: the keys are the
+// names themselves, "" names e.ico, and "dup" is listed twice.
+TEST(IconMap, PathsFollowTheLocationKindAndTheKeyPrefix) {
+    QanTest::TempDir resources, icons;
+    resources.Write("icons.map.xml", R"(<icons><map guid="">e.ico</map>
+        <map guid=" a.ico "> a.ico </map><map guid=".png">.png</map>
+        <map guid=".png.png">.png.png</map><map guid="X.PNG.PNG">X.PNG.PNG</map>
+        <map guid="dup">first.ico</map><map guid="dup">second.ico</map>
+        <map guid="x.ico">x.ico</map>
+        <map guid="x.png.png">x.png.png</map><map guid="x.png.png ">x.png.png </map></icons>)");
+    std::filesystem::create_directories(icons.Path() / "Folder");
+    icons.Write("File", "container");
+    const std::wstring folder = icons.Wide() + kSep + L"Folder" + kSep,
+                       file = icons.Wide() + kSep + L"File";
+    // Location, key, then the expected PNG, icon and container paths.
+    const std::tuple<const wchar_t*, const wchar_t*, std::wstring, std::wstring, std::wstring>
+        rows[] = {
+            {L"Folder", L"x.png.png", folder + L"x.png", L"", L""},
+            {L"Folder", L"x.ico", L"", folder + L"x.ico" + kSep, L""},
+            {L"Folder", L"X.PNG.PNG", folder + L"X.PNG", L"", L""},
+            {L"File", L"x.png.png", L"x.png", L"", file},
+            {L"File", L".png.png", L".png", L"", file},
+            {L"File", L".png", L"", L".png", file},
+            {L"File", L"x.png.png ", L"", L"x.png.png ", file},
+            {L"File", L" a.ico ", L"", L" a.ico ", file},
+            {L"File", L"dup", L"", L"first.ico", file},
+            {L"File", L"X.ICO", L"", L"", L""}, // keys are exact
+        };
+    // One service throughout: the location is read from the settings at each look-up.
+    for (const auto& [location, key, png, icon, container] : rows) {
+        Resources::SetResourceDirectories(L"", resources.Wide(), icons.Wide(), L"B", location);
+        Resources::ResourceID want;
+        want.pngPath = png, want.iconPath = icon, want.containerPath = container;
+        EXPECT_EQ(Resources::GetIcon(key), want) << location << " " << key;
+    }
+    Resources::SetResourceDirectories(L"", resources.Wide(), icons.Wide(), L"B", L"Folder");
+    const std::wstring images = std::wstring(L"B") + kSep + L"Images" + kSep;
+    const std::tuple<const wchar_t*, std::wstring, std::wstring> prefixed[] = {
+        {L"EXT://tools/pen.png", images + L"tools/pen.png", L""},
+        {L"ext://", images, L""},
+        {L"Guid://x.ico", L"", folder + L"x.ico" + kSep},
+        {L"GUID://", L"", folder + L"e.ico" + kSep},
+    };
+    for (const auto& [key, image, icon] : prefixed) {
+        EXPECT_EQ(Resources::GetImagePath(key), image) << key;
+        EXPECT_EQ(Resources::GetIconPath(key), icon) << key;
+    }
+    // A PNG path is not an icon path; other keys give nothing.
+    for (const wchar_t* key : {L"guid://x.png.png", L"guid://unknown", L"x.ico", L"pen.png",
+                               L"guid:/x.ico", L"ext:", L" ext://a", L""})
+        EXPECT_EQ(Resources::GetImagePath(key) + Resources::GetIconPath(key), L"") << key;
+    // The kind of a location is cached by its lower-cased path and never refreshed.
+    std::filesystem::remove_all(icons.Path() / "Folder");
+    Resources::SetResourceDirectories(L"", resources.Wide(), icons.Wide(), L"B", L"FOLDER");
+    EXPECT_EQ(Resources::GetIconPath(L"guid://x.ico"),
+              icons.Wide() + kSep + L"FOLDER" + kSep + L"x.ico" + kSep);
+}
+
+TEST(IconMap, WithoutAnIconDirectoryTheMapIsNotRead) {
+    QanTest::TempDir resources, icons;
+    resources.Write("icons.map.xml", "<icons><map guid=\"K\">k.ico</map></icons>");
+    Resources::SetResourceDirectories(L"", resources.Wide(), L"", L"", L"");
+    EXPECT_EQ(Resources::GetIcon(L"K"), Resources::ResourceID{});
+    // Setting it later changes locations, not the map read at construction.
+    Resources::SetResourceDirectories(L"", resources.Wide(), icons.Wide(), L"", L"");
+    EXPECT_EQ(Resources::GetIcon(L"K"), Resources::ResourceID{});
+}
+
+TEST(IconLookup, MissingLocationsStayMissingAndTheMapIsNeverSorted) {
+    ProcessSettings().iconDirectory = L"no such location";
+    IconResourceCollection icons;
+    icons.Entries() = {{L"a", L"x.ico"}, {L"b", L"x.png.png"}};
+    EXPECT_EQ(icons.GetResource(L"a"), Resources::ResourceID{}); // a hit, every path empty
+    EXPECT_EQ(icons.GetResource(L"b"), Resources::ResourceID{});
+    icons.Entries() = {{L"b", L"b.ico"}, {L"a", L"a.ico"}}; // unsorted: b can miss
+    EXPECT_FALSE(icons.GetResource(L"b"));
+    EXPECT_FALSE(LoadPlatformIconResourceCollection()->GetResource(L"a"));
+}
+
+TEST(PathKindCache, ConcurrentLookUpsAgree) {
+    QanTest::TempDir dir;
+    std::vector<std::jthread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([&] {
+            for (int i = 0; i < 1000; ++i)
+                EXPECT_EQ(GetPathKind((dir.Path() / std::to_string(i % 100)).wstring()),
+                          PathKind::None);
+        });
 }
 
 } // namespace
