@@ -119,12 +119,15 @@ TEST(LegacyGuidLookup, DirectRowThenPreferredThenAnyComponentWithText) {
     }
 }
 
-// The service reads the application name at every call and composes in both orders.
-TEST(LegacyService, ResolvesPairsForTheCurrentApplication) {
+// The service reads the application name at every call and composes in both orders; keys
+// the string tables lack come from the registered module, each kind taking its field.
+TEST(LegacyService, ResolvesPairsAndLoadsRegisteredKeys) {
+    const HINSTANCE module = reinterpret_cast<HINSTANCE>(std::uintptr_t{0x4000});
     ResourcesImpl service(std::make_unique<FakeStrings>(Texts{{{L"g-brt10", Caption}, L"B"},
                                                               {{L"g-nim10", TooltipBody}, L"N"},
                                                               {{L"g-nim10", TooltipHeader}, L"H"}}),
-                          nullptr, nullptr, nullptr, Sample(), nullptr);
+                          nullptr, nullptr, nullptr, Sample(),
+                          std::make_unique<LegacyResourceCollection>());
     IResources::SetResourcesForTests(&service);
     Resources::SetAppName(L"SCHEMAWRIGHT");
     EXPECT_EQ(Resources::GetLegacyString(10, "Other"), T(L"|TT=N|TH=H"));
@@ -132,29 +135,20 @@ TEST(LegacyService, ResolvesPairsForTheCurrentApplication) {
     Resources::SetAppName(L"");
     EXPECT_EQ(Resources::GetLegacyGuid("Other", 10), L"g-brt10");
     EXPECT_EQ(Resources::GetLegacyString(99, "Other"), L"");
-    IResources::SetResourcesForTests(nullptr);
-}
 
-// Keys the string tables lack come from the registered module, each kind taking its field.
-TEST(LegacyService, RegisteredKeysLoadFromTheirModule) {
-    const HINSTANCE module = reinterpret_cast<HINSTANCE>(std::uintptr_t{0x4000});
     const std::wstring tagged = T(L"|CT=Cap|TT=Body|TH=Head");
-    ResourcesImpl service(std::make_unique<FakeStrings>(Texts{}), nullptr, nullptr, nullptr, {},
-                          std::make_unique<LegacyResourceCollection>());
     const Resources::RegistrarMapEntry entry{L"legacy", 7, {}};
-    service.AddLegacyResources(L"Paint", &entry, 1, Resources::String);
-    service.AddLegacyComponent(L"Paint", module);
-    std::vector<std::pair<HINSTANCE, std::uint32_t>> calls;
+    Resources::AddLegacyResources(L"Paint", &entry, 1, Resources::String);
+    Resources::AddLegacyComponent(L"Paint", module);
     QanResources::InjectQanCtlDependency({[&](HINSTANCE m, std::uint32_t id) {
-        calls.emplace_back(m, id);
-        return tagged;
+        return m == module && id == 7 ? tagged : std::wstring();
     }});
     const std::pair<StringKind, std::wstring> kinds[] = {
         {String, tagged}, {Caption, L"Cap"}, {TooltipHeader, L"Head"}, {TooltipBody, L"Body"}};
     for (const auto& [kind, expected] : kinds)
         EXPECT_EQ(service.GetString(L"legacy", kind), expected) << kind;
-    EXPECT_EQ(calls, decltype(calls)(4, {module, 7u}));
     QanResources::InjectQanCtlDependency({});
+    IResources::SetResourcesForTests(nullptr);
 }
 
 } // namespace
