@@ -1,5 +1,5 @@
-// StringTestFiles.h: builders for string text files and key tables, and a table scanned
-// from a real file, shared by the string tests.
+// StringTestFiles.h: a builder for string text files and a table scanned from a real
+// file, shared by the string tests.
 #pragma once
 
 #include "strings/CsvKeyTable.h"
@@ -18,14 +18,6 @@ inline std::string TextFile(const Rows& rows) {
     for (const auto& [id, text] : rows)
         bytes += "  <s id=\"" + id + "\">" + text + "</s>\n";
     return bytes + "</strings>\n";
-}
-
-// A key table: one "key,id" line per row.
-inline std::string KeyTable(const Rows& rows) {
-    std::string bytes;
-    for (const auto& [key, id] : rows)
-        bytes += key + "," + id + "\n";
-    return bytes;
 }
 
 // Writes bytes to a file in dir and scans it as a key table or a string text file.
