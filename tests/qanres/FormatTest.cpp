@@ -29,9 +29,8 @@ TEST(Format, RepairsEveryFileFormAndRefusesWhatNeedsAGuess) {
         // The header alone on lines 1 and 2, elements sorted with their comments, "/>"
         // written out and the space before ">" removed; a formatted file stays as it is.
         {text,
-         "<?xml version=\"1.0\"?>\r\n<strings><s id=\"B\">Bee</s>\r\n  <s id=\"A\" "
-         ">Ay\r\nmore</s>\r\n"
-         "  <!-- keep me -->\r\n  <s id=\"C\"/>\r\n</strings>",
+         "<?xml version=\"1.0\"?>\r\n<strings><s id=\"B\">Bee</s>\r\n"
+         "  <s id=\"A\" >Ay\r\nmore</s>\r\n  <!-- keep me -->\r\n  <s id=\"C\"/>\r\n</strings>",
          "<?xml version=\"1.0\"?>\n<strings>\n<s id=\"A\">Ay\nmore</s>\n  <s id=\"B\">Bee</s>\n"
          "  <!-- keep me -->\n  <s id=\"C\"></s>\n</strings>\n",
          true},
@@ -48,10 +47,10 @@ TEST(Format, RepairsEveryFileFormAndRefusesWhatNeedsAGuess) {
         // Icon maps: sorted, comments moving with their entries; a rejected or nested map
         // is refused.
         {map,
-         "<icons>\r\n  <!-- b first -->\r\n  <map guid=\"b\">b.ico</map>\r\n  <map "
-         "guid=\"a\">a.ico</map>\r\n</icons>",
-         "<icons>\n  <map guid=\"a\">a.ico</map>\n  <!-- b first -->\n  <map "
-         "guid=\"b\">b.ico</map>\n</icons>\n",
+         "<icons>\r\n  <!-- b first -->\r\n  <map guid=\"b\">b.ico</map>\r\n"
+         "  <map guid=\"a\">a.ico</map>\r\n</icons>",
+         "<icons>\n  <map guid=\"a\">a.ico</map>\n  <!-- b first -->\n"
+         "  <map guid=\"b\">b.ico</map>\n</icons>\n",
          true},
         {map, "<i><map guid=\"a\"></map></i>", "without a file name", false},
         {map, "<i><g><map guid=\"b\">b</map></g><map guid=\"a\">a</map></i>",
