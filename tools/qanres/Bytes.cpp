@@ -1,6 +1,8 @@
-// Bytes.cpp: UTF-8 validation and conversion for the checker, written independently of
-// the library's own decoder so that the two can disagree and be caught.
+// Bytes.cpp: UTF-8 validation for the checker, written independently of the library's
+// decoder; conversions go through the library's converter, with surrogates split here.
 #include "Bytes.h"
+
+#include "platform/Utf8.h"
 
 #include <cstdio>
 #include <cstring>
@@ -73,22 +75,15 @@ int CompareKeyOrder(std::string_view a, std::string_view b) {
     return a.size() < b.size() ? -1 : 1;
 }
 
+// The library decodes to wchar_t; a 32-bit wchar_t holds a code point beyond U+FFFF whole,
+// which is split into its surrogate pair so that the order is UTF-16's on every system.
 std::u16string ToUtf16(std::string_view utf8) {
     std::u16string out;
-    const auto* p = reinterpret_cast<const unsigned char*>(utf8.data());
-    std::size_t i = 0;
-    while (i < utf8.size()) {
-        char32_t c = 0;
-        std::size_t n = SequenceLength(p + i, utf8.size() - i, c);
-        if (n == 0) {
-            c = 0xFFFD;
-            n = 1;
-        }
-        i += n;
+    for (const wchar_t unit : Framework::Utf8::Decode(utf8)) {
+        const auto c = static_cast<char32_t>(unit);
         if (c >= 0x10000) {
-            c -= 0x10000;
-            out.push_back(static_cast<char16_t>(0xD800 + (c >> 10)));
-            out.push_back(static_cast<char16_t>(0xDC00 + (c & 0x3FF)));
+            out.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
+            out.push_back(static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
         } else {
             out.push_back(static_cast<char16_t>(c));
         }
@@ -96,34 +91,17 @@ std::u16string ToUtf16(std::string_view utf8) {
     return out;
 }
 
+// Where wchar_t is 32 bits wide the pairs are joined first; the library's encoder turns
+// unpaired surrogates into U+FFFD.
 std::string FromUtf16(std::u16string_view text) {
-    std::string out;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char32_t c = text[i];
-        if (c >= 0xD800 && c <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
-            text[i + 1] <= 0xDFFF) {
-            c = 0x10000 + ((c - 0xD800) << 10) + (text[i + 1] - 0xDC00);
-            ++i;
-        } else if (c >= 0xD800 && c <= 0xDFFF) {
-            c = 0xFFFD;
-        }
-        if (c < 0x80) {
-            out.push_back(static_cast<char>(c));
-        } else if (c < 0x800) {
-            out.push_back(static_cast<char>(0xC0 | (c >> 6)));
-            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-        } else if (c < 0x10000) {
-            out.push_back(static_cast<char>(0xE0 | (c >> 12)));
-            out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-        } else {
-            out.push_back(static_cast<char>(0xF0 | (c >> 18)));
-            out.push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
-            out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-        }
+    QanStringT<wchar_t> wide;
+    if constexpr (sizeof(wchar_t) == sizeof(char16_t)) {
+        wide.assign(text.begin(), text.end());
+    } else {
+        for (const char32_t c : ToCodePoints(text))
+            wide.push_back(static_cast<wchar_t>(c));
     }
-    return out;
+    return Framework::Utf8::Encode(wide);
 }
 
 std::u32string ToCodePoints(std::u16string_view text) {
