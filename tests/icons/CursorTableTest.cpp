@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <regex>
@@ -26,45 +27,43 @@ TEST(CursorTable, ServiceReadsTheLibraryBesideTheProgram) {
     const HINSTANCE module = Resources::GetCursor(L"Arrow").module;
     ASSERT_NE(module, nullptr);
     // "Cross" is listed twice in the library: the first wins. Names are compared exactly.
-    const std::pair<const wchar_t*, int> keys[] = {{L"Arrow", 7},           {L"Cross", 11},
-                                                   {L"Move\U0001F5B1", 14}, {L"arrow", -1},
-                                                   {L"Move", -1},           {L"", -1}};
+    const std::pair<const wchar_t*, int> keys[] = {
+        {L"Arrow", 7}, {L"Cross", 11}, {L"Move\U0001F5B1", 14},
+        {L"arrow", 0}, {L"Move", 0},   {L"", 0}};
     for (const auto& [key, id] : keys) {
         Resources::ResourceID want;
-        if (id >= 0)
-            want.module = module, want.id = id;
+        want.module = id ? module : nullptr, want.id = id;
         EXPECT_EQ(Resources::GetCursor(key), want) << key;
     }
-    EXPECT_EQ(Resources::GetIcon(L"Arrow"), Resources::ResourceID{}); // cursors are not icons
 }
 
-TEST(CursorTable, ReadsStopAtTheFirstFailureAndCountsCostNoMemory) {
-    const std::uint32_t aa = 'A' | 'a' << 16;
+// Tables as the tools write them, and damaged ones: reads stop at the first failure,
+// and a count costs no memory until entries are read.
+TEST(CursorTable, ReadsStopAtTheFirstFailureAndToolsAgree) {
     // A surrogate pair, then a lone high and a lone low surrogate: unchanged where wchar_t
     // is 16-bit, else decoded with the lone ones replaced.
     const std::u16string odd{u'x', 0xD83D, 0xDDB1, 0xD800, u'y', 0xDC00};
-    std::wstring wide(odd.begin(), odd.end());
-    if constexpr (sizeof(wchar_t) == 4)
-        wide = {L'x', wchar_t(0x1F5B1), wchar_t(0xFFFD), L'y', wchar_t(0xFFFD)};
+    const std::wstring wide =
+        sizeof(wchar_t) == 2 ? std::wstring(odd.begin(), odd.end()) : L"x\U0001F5B1\uFFFDy\uFFFD";
     const QanTools::CursorTable::Entry entries[] = {{u"", 1}, {odd, 0xFFFFFFFF}};
     const auto written = QanTools::CursorTable::Write(entries);
-    // Bytes, the table size they give, the entries read in full, and what is wrong.
-    using Read = std::vector<std::pair<std::wstring, std::uint32_t>>;
-    const std::tuple<std::vector<std::byte>, std::uint64_t, Read, const char*> rows[] = {
+    // Bytes, the table size they give, the entries read in full, and what is wrong;
+    // 0x610041 is "Aa" as two UTF-16 units.
+    using Pairs = std::vector<std::pair<std::wstring, std::uint32_t>>;
+    const std::tuple<std::vector<std::byte>, std::uint64_t, Pairs, const char*> rows[] = {
         {written, 2, {{L"", 1}, {wide, 0xFFFFFFFF}}, "nothing: as the tools write it"},
         {{}, 0, {}, "no bytes"},
         {{std::byte{1}, std::byte{0}, std::byte{0}}, 0, {}, "part of a count"},
         {Archive({0}), 0, {}, "count 0"},
-        {Archive({3, 2, aa, 5, 100, 'B'}), 3, {{L"Aa", 5}}, "second name cut short"},
-        {Archive({1, 2, aa}), 1, {{L"Aa", 0}}, "name without its id"},
-        {Archive({2, 0xFFFFFFFF, aa}), 2, {}, "name length -1"},
-        {Archive({2, 0x80000000, aa}), 2, {}, "name length 2^31"},
-        {Archive({2, 3, aa}), 2, {}, "name length past the end"},
-        {Archive({0x7FFFFFFF, 2, aa, 9}), 0x7FFFFFFF, {{L"Aa", 9}}, "largest count"},
+        {Archive({3, 2, 0x610041, 5, 100, 'B'}), 3, {{L"Aa", 5}}, "second name cut short"},
+        {Archive({1, 2, 0x610041}), 1, {{L"Aa", 0}}, "name without its id"},
+        {Archive({2, 0xFFFFFFFF, 0x610041}), 2, {}, "name length -1"},
+        {Archive({2, 0x80000000, 0x610041}), 2, {}, "name length 2^31"},
+        {Archive({0x7FFFFFFF, 2, 0x610041, 9}), 0x7FFFFFFF, {{L"Aa", 9}}, "largest count"},
     };
     for (const auto& [bytes, size, read, what] : rows) {
         const auto table = ReadCursorTable(bytes);
-        Read got;
+        Pairs got;
         for (const auto& entry : table.entries)
             got.emplace_back(entry.name, entry.id);
         EXPECT_TRUE(table.Size() == size && got == read) << what;
@@ -72,19 +71,13 @@ TEST(CursorTable, ReadsStopAtTheFirstFailureAndCountsCostNoMemory) {
     for (std::uint32_t count : {0xFFFFFFFFu, 0x80000000u})
         EXPECT_THAT([&] { ReadCursorTable(Archive({count})); },
                     testing::ThrowsMessage<std::length_error>(testing::StrEq("vector too long")));
-}
 
-// The tools' strict reader and resource scripts spell the same table as their writer.
-TEST(CursorTable, ToolsReadAndScriptWhatTheyWrite) {
+    // The tools' strict reader, and their resource script once its numbers are put back
+    // together as the resource compiler does ("L" is 32-bit, the others 16-bit).
     using namespace QanTools::CursorTable;
-    const std::vector<Entry> entries{{u"", 1}, {u"Move\U0001F5B1", 0xFFFFFFFF}};
-    const auto bytes = Write(entries);
-    const auto read = Read(bytes);
-    EXPECT_TRUE(read.status == ReadStatus::Complete && read.storedCount == 2);
-    EXPECT_EQ(read.entries, entries);
-    EXPECT_EQ(Read(std::span(bytes).first(bytes.size() - 1)).status, ReadStatus::Truncated);
-    // Re-assemble the script's numbers as the resource compiler does: "L" is 32-bit, the
-    // others 16-bit.
+    const auto strict = Read(written);
+    EXPECT_TRUE(strict.status == ReadStatus::Complete && strict.storedCount == 2 &&
+                std::ranges::equal(strict.entries, entries));
     const std::string script = WriteRcScript(entries);
     ASSERT_NE(script.find("\n2 RCDATA"), std::string::npos);
     std::vector<std::byte> numbers;
@@ -93,7 +86,7 @@ TEST(CursorTable, ToolsReadAndScriptWhatTheyWrite) {
          it != end; ++it)
         for (int i = 0; i < ((*it)[2].length() ? 4 : 2); ++i)
             numbers.push_back(static_cast<std::byte>(std::stoul((*it)[1], nullptr, 0) >> 8 * i));
-    EXPECT_EQ(numbers, bytes);
+    EXPECT_EQ(numbers, written);
     EXPECT_EQ(WriteRcScriptForBinary("dir\\cursors \"1\".bin", 2),
               "2 RCDATA \"dir\\\\cursors \\\"1\\\".bin\"\n");
 }
@@ -106,7 +99,7 @@ TEST(CursorTable, NegativeCountFailsTheServiceWhichIsRetried) {
     const auto negative = Archive({0xFFFFFFFF});
     const auto& system = Framework::Platform::SystemPlatform();
     const auto noTable = std::filesystem::path(system.ExecutableDirectory()) / "NoCursorTable.dll";
-    HINSTANCE loaded = nullptr;
+    HINSTANCE loaded = nullptr; // the library without resource 2
     QanTest::FakePlatform fake;
     fake.loadModule = [&](const wchar_t* name) {
         if (fake.loadModuleCalls == 1 && std::wstring(name) == L"QanIcons.dll")

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <thread>
 
 namespace {
@@ -59,51 +60,43 @@ TEST(IconMap, GrammarKeepsWhatMapsSayAndAnyFaultRejectsTheFile) {
 TEST(IconMap, PathsFollowTheLocationKindAndTheKeyPrefix) {
     QanTest::TempDir resources, icons;
     resources.Write("icons.map.xml", R"(<icons><map guid="">e.ico</map>
-        <map guid=" a.ico "> a.ico </map><map guid=".png">.png</map>
-        <map guid=".png.png">.png.png</map><map guid="X.PNG.PNG">X.PNG.PNG</map>
-        <map guid="dup">first.ico</map><map guid="dup">second.ico</map>
-        <map guid="x.ico">x.ico</map>
-        <map guid="x.png.png">x.png.png</map><map guid="x.png.png ">x.png.png </map></icons>)");
+    <map guid=" a.ico "> a.ico </map><map guid=".png">.png</map><map guid=".png.png">.png.png</map>
+    <map guid="X.PNG.PNG">X.PNG.PNG</map><map guid="dup">1.ico</map><map guid="dup">2.ico</map>
+    <map guid="x.ico">x.ico</map><map guid="x.png.png">x.png.png</map>
+    <map guid="x.png.png ">x.png.png </map></icons>)");
     std::filesystem::create_directories(icons.Path() / "Folder");
     icons.Write("File", "container");
-    const std::wstring folder = icons.Wide() + kSep + L"Folder" + kSep,
-                       file = icons.Wide() + kSep + L"File";
+    const std::wstring folder = icons.Wide() + kSep + L"Folder" + kSep;
+    const std::wstring file = icons.Wide() + kSep + L"File";
     // Location, key, then the expected PNG, icon and container paths.
-    const std::tuple<const wchar_t*, const wchar_t*, std::wstring, std::wstring, std::wstring>
-        rows[] = {
-            {L"Folder", L"x.png.png", folder + L"x.png", L"", L""},
-            {L"Folder", L"x.ico", L"", folder + L"x.ico" + kSep, L""},
-            {L"Folder", L"X.PNG.PNG", folder + L"X.PNG", L"", L""},
-            {L"File", L"x.png.png", L"x.png", L"", file},
-            {L"File", L".png.png", L".png", L"", file},
-            {L"File", L".png", L"", L".png", file},
-            {L"File", L"x.png.png ", L"", L"x.png.png ", file},
-            {L"File", L" a.ico ", L"", L" a.ico ", file},
-            {L"File", L"dup", L"", L"first.ico", file},
-            {L"File", L"X.ICO", L"", L"", L""}, // keys are exact
-        };
-    // One service throughout: the location is read from the settings at each look-up.
+    const std::array<std::wstring, 5> rows[] = {
+        {L"Folder", L"x.png.png", folder + L"x.png", L"", L""},
+        {L"Folder", L"", L"", folder + L"e.ico" + kSep, L""},
+        {L"Folder", L"x.ico", L"", folder + L"x.ico" + kSep, L""},
+        {L"Folder", L"X.PNG.PNG", folder + L"X.PNG", L"", L""},
+        {L"File", L"x.png.png", L"x.png", L"", file},
+        {L"File", L".png.png", L".png", L"", file},
+        {L"File", L".png", L"", L".png", file},
+        {L"File", L"x.png.png ", L"", L"x.png.png ", file},
+        {L"File", L" a.ico ", L"", L" a.ico ", file},
+        {L"File", L"dup", L"", L"1.ico", file},
+        {L"File", L"X.ICO", L"", L"", L""}, // keys are exact
+    };
+    // One service throughout: the location is read from the settings at each look-up. The
+    // icon path of a "guid://" key is the icon path of the rest, so none for a PNG.
     for (const auto& [location, key, png, icon, container] : rows) {
         Resources::SetResourceDirectories(L"", resources.Wide(), icons.Wide(), L"B", location);
         Resources::ResourceID want;
         want.pngPath = png, want.iconPath = icon, want.containerPath = container;
         EXPECT_EQ(Resources::GetIcon(key), want) << location << " " << key;
+        EXPECT_EQ(Resources::GetIconPath(L"GUID://" + key), icon) << key;
     }
-    Resources::SetResourceDirectories(L"", resources.Wide(), icons.Wide(), L"B", L"Folder");
     const std::wstring images = std::wstring(L"B") + kSep + L"Images" + kSep;
-    const std::tuple<const wchar_t*, std::wstring, std::wstring> prefixed[] = {
-        {L"EXT://tools/pen.png", images + L"tools/pen.png", L""},
-        {L"ext://", images, L""},
-        {L"Guid://x.ico", L"", folder + L"x.ico" + kSep},
-        {L"GUID://", L"", folder + L"e.ico" + kSep},
-    };
-    for (const auto& [key, image, icon] : prefixed) {
-        EXPECT_EQ(Resources::GetImagePath(key), image) << key;
-        EXPECT_EQ(Resources::GetIconPath(key), icon) << key;
-    }
-    // A PNG path is not an icon path; other keys give nothing.
-    for (const wchar_t* key : {L"guid://x.png.png", L"guid://unknown", L"x.ico", L"pen.png",
-                               L"guid:/x.ico", L"ext:", L" ext://a", L""})
+    EXPECT_EQ(Resources::GetImagePath(L"EXT://tools/pen.png"), images + L"tools/pen.png");
+    EXPECT_EQ(Resources::GetImagePath(L"ext://"), images);
+    EXPECT_EQ(Resources::GetIconPath(L"ext://x.ico"), L"");
+    for (const wchar_t* key :
+         {L"guid://unknown", L"x.ico", L"guid:/x.ico", L"ext:", L" ext://a", L""})
         EXPECT_EQ(Resources::GetImagePath(key) + Resources::GetIconPath(key), L"") << key;
     // The kind of a location is cached by its lower-cased path and never refreshed.
     std::filesystem::remove_all(icons.Path() / "Folder");
@@ -133,15 +126,13 @@ TEST(IconLookup, MissingLocationsStayMissingAndTheMapIsNeverSorted) {
     EXPECT_FALSE(LoadPlatformIconResourceCollection()->GetResource(L"a"));
 }
 
+// Paths that do not exist: each thread asks for them all while the cache fills up.
 TEST(PathKindCache, ConcurrentLookUpsAgree) {
-    QanTest::TempDir dir;
-    std::vector<std::jthread> threads;
-    for (int t = 0; t < 4; ++t)
-        threads.emplace_back([&] {
-            for (int i = 0; i < 1000; ++i)
-                EXPECT_EQ(GetPathKind((dir.Path() / std::to_string(i % 100)).wstring()),
-                          PathKind::None);
-        });
+    const auto lookUps = [] {
+        for (int i = 0; i < 1000; ++i)
+            EXPECT_EQ(GetPathKind(L"no such path " + std::to_wstring(i % 100)), PathKind::None);
+    };
+    std::jthread a(lookUps), b(lookUps), c(lookUps), d(lookUps);
 }
 
 } // namespace
