@@ -3,14 +3,13 @@
 #include "icons/CursorTable.h"
 #include "CursorTableWriter.h"
 #include "icons/CursorResourceCollection.h"
+#include "platform/Path.h"
 #include "support/FakePlatform.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
-#include <filesystem>
 #include <regex>
 
 namespace {
@@ -18,9 +17,8 @@ using namespace Framework::Internal;
 using Framework::Resources;
 
 std::vector<std::byte> Archive(std::vector<std::uint32_t> words) { // little-endian hosts
-    std::vector<std::byte> bytes(4 * words.size());
-    std::memcpy(bytes.data(), words.data(), bytes.size());
-    return bytes;
+    const auto bytes = std::as_bytes(std::span(words));
+    return {bytes.begin(), bytes.end()};
 }
 
 TEST(CursorTable, ServiceReadsTheLibraryBesideTheProgram) {
@@ -97,23 +95,23 @@ TEST(CursorTable, ReadsStopAtTheFirstFailureAndToolsAgree) {
 TEST(CursorTable, NegativeCountFailsTheServiceWhichIsRetried) {
     const auto fakeModule = reinterpret_cast<HINSTANCE>(static_cast<std::uintptr_t>(0x4000));
     const auto negative = Archive({0xFFFFFFFF});
-    const auto& system = Framework::Platform::SystemPlatform();
-    const auto noTable = std::filesystem::path(system.ExecutableDirectory()) / "NoCursorTable.dll";
-    HINSTANCE loaded = nullptr; // the library without resource 2
+    const auto& real = Framework::Platform::SystemPlatform();
+    const auto noTable = Framework::Path::Combine(real.ExecutableDirectory(), L"NoCursorTable.dll");
+    std::vector<HINSTANCE> loaded; // "QanIcons.dll", each time the service is built
     QanTest::FakePlatform fake;
     fake.loadModule = [&](const wchar_t* name) {
-        if (fake.loadModuleCalls == 1 && std::wstring(name) == L"QanIcons.dll")
-            return fakeModule;
-        return loaded = system.LoadModule(noTable.wstring().c_str());
+        if (std::wstring(name) != L"QanIcons.dll")
+            return real.LoadModule(name); // the stock icons' library, on Windows
+        return loaded.emplace_back(loaded.empty() ? fakeModule : real.LoadModule(noTable.c_str()));
     };
     fake.findRawData = [&](HINSTANCE module, int id) {
-        return module == fakeModule ? std::span(negative) : system.FindRawDataResource(module, id);
+        return module == fakeModule ? std::span(negative) : real.FindRawDataResource(module, id);
     };
     fake.freeModule = [&](HINSTANCE freed) { EXPECT_EQ(freed, fakeModule); };
     EXPECT_THROW(Resources::GetCursor(L"Arrow"), std::length_error);
     EXPECT_EQ(fake.freeModuleCalls, 1);
     EXPECT_EQ(Resources::GetCursor(L"Arrow"), Resources::ResourceID{});
-    EXPECT_TRUE(fake.loadModuleCalls == 2 && loaded);
+    EXPECT_TRUE(loaded.size() == 2 && loaded[1]);
     // No library at all: nothing found, and nothing freed.
     CursorResourceCollection none;
     none.LoadFromModule(nullptr);

@@ -32,7 +32,7 @@ TEST(IconMap, GrammarKeepsWhatMapsSayAndAnyFaultRejectsTheFile) {
         // Nesting is recognised by a current key, so an empty one hides it. Intended.
         {"<r><map guid=\"\"><map guid=\"b\">y</map>x</map></r>", {{L"b", L"y"}, {L"", L"x"}}},
         {"<r/>", {}},
-        {"<r><map guid=\"a\">a</map><map guid=\"b\"><map guid=\"c\">c</map></map></r>", rejected},
+        {"<r><map guid=\"a\">a</map><map guid=\"b\"><map guid=\"c\">c</map>b</map></r>", rejected},
         {"<r><map guid=\"a\">a.ico</map><map guid=\"b\"></map></r>", rejected},
         {"<r><map id=\"a\">a.ico</map></r>", rejected},
         {"<r><map GUID=\"a\">a.ico</map></r>", rejected},
@@ -98,11 +98,13 @@ TEST(IconMap, PathsFollowTheLocationKindAndTheKeyPrefix) {
     for (const wchar_t* key :
          {L"guid://unknown", L"x.ico", L"guid:/x.ico", L"ext:", L" ext://a", L""})
         EXPECT_EQ(Resources::GetImagePath(key) + Resources::GetIconPath(key), L"") << key;
-    // The kind of a location is cached by its lower-cased path and never refreshed.
-    std::filesystem::remove_all(icons.Path() / "Folder");
-    Resources::SetResourceDirectories(L"", resources.Wide(), icons.Wide(), L"B", L"FOLDER");
-    EXPECT_EQ(Resources::GetIconPath(L"guid://x.ico"),
-              icons.Wide() + kSep + L"FOLDER" + kSep + L"x.ico" + kSep);
+    // The kind of a location is cached by its lower-cased path and never refreshed: a
+    // location made after its first look-up stays missing under any spelling.
+    Resources::SetResourceDirectories(L"", resources.Wide(), icons.Wide(), L"B", L"LATER");
+    EXPECT_EQ(Resources::GetIconPath(L"guid://x.ico"), L"");
+    std::filesystem::create_directories(icons.Path() / "later");
+    Resources::SetResourceDirectories(L"", resources.Wide(), icons.Wide(), L"B", L"later");
+    EXPECT_EQ(Resources::GetIconPath(L"guid://x.ico"), L"");
 }
 
 TEST(IconMap, WithoutAnIconDirectoryTheMapIsNotRead) {
