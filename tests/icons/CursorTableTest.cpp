@@ -49,7 +49,7 @@ TEST(CursorTable, ReadsStopAtTheFirstFailureAndToolsAgree) {
     // 0x610041 is "Aa" as two UTF-16 units.
     using Pairs = std::vector<std::pair<std::wstring, std::uint32_t>>;
     const std::tuple<std::vector<std::byte>, std::uint64_t, Pairs, const char*> rows[] = {
-        {written, 2, {{L"", 1}, {wide, 0xFFFFFFFF}}, "nothing: as the tools write it"},
+        {written, 2, {{L"", 1}, {wide, 0xFFFFFFFF}}, "intact, as the tools write it"},
         {{}, 0, {}, "no bytes"},
         {{std::byte{1}, std::byte{0}, std::byte{0}}, 0, {}, "part of a count"},
         {Archive({0}), 0, {}, "count 0"},

@@ -117,7 +117,7 @@ TEST(IconMap, WithoutAnIconDirectoryTheMapIsNotRead) {
     EXPECT_EQ(Resources::GetIcon(L"K"), Resources::ResourceID{});
 }
 
-TEST(IconLookup, MissingLocationsStayMissingAndTheMapIsNeverSorted) {
+TEST(IconLookup, AMissingLocationIsAHitAndTheMapIsNeverSorted) {
     ProcessSettings().iconDirectory = L"no such location";
     IconResourceCollection icons;
     icons.Entries() = {{L"a", L"x.ico"}, {L"b", L"x.png.png"}};

@@ -58,6 +58,7 @@ protected:
 };
 
 TEST_F(PeReader, EachCorruptionGivesNothingOrTheWholeResource) {
+    ASSERT_TRUE(Get(file, at.root + 16) == 10 && Get(file, at.names + 24) == 2); // type, name
     enum Want { NotPe, Empty, Found };
     const auto link = [&](std::size_t to) { return std::uint32_t(0x80000000 | (to - at.root)); };
     // What is changed, the outcome, and the field: offset, new value and width.
@@ -92,7 +93,6 @@ TEST_F(PeReader, EachCorruptionGivesNothingOrTheWholeResource) {
 }
 
 TEST_F(PeReader, FindsResourcesByIdAndTruncatedCopiesGiveNothingOrTheWholeResource) {
-    ASSERT_TRUE(Get(file, at.root + 16) == 10 && Get(file, at.names + 24) == 2);
     EXPECT_EQ(Find(file, 3), (Bytes{std::byte{0x78}, std::byte{0x56}, std::byte{0}, std::byte{0}}));
     EXPECT_TRUE(Find(file, 4).empty() && Find(file, 0x10002).empty());
     const auto data = FindPeRawData(Span(file), 2);
