@@ -5,33 +5,9 @@
 #include "legacy/LegacyStringLookup.h"
 #include "service/ResourcesImpl.h"
 
+#include "support/AllocationCounter.h"
+
 #include <benchmark/benchmark.h>
-
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
-namespace {
-std::atomic<long long> allocations{0};
-} // namespace
-
-// Every allocation of the program is counted; the benchmarks read the difference. The
-// replacements pair malloc with free, which g++ cannot see through once inlined.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-#endif
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* p = std::malloc(size ? size : 1))
-        return p;
-    throw std::bad_alloc();
-}
-void operator delete(void* p) noexcept {
-    std::free(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    std::free(p);
-}
 
 namespace {
 using namespace Framework::Internal;
@@ -53,15 +29,16 @@ void BM_GetLegacyGuidDirectHit(benchmark::State& state) {
     };
     const QanStringT<wchar_t> app = L"Lumenform";
     std::size_t next = 0;
-    const long long before = allocations.load();
+    const auto before = QanBench::AllocationCount();
     for (auto _ : state) {
         const LegacyGuidRecord& record = index[next];
         next = (next + 7919) % index.size();
         QanStringT<wchar_t> guid = GetLegacyGuid(index, noText, record.component, record.id, app);
         benchmark::DoNotOptimize(guid.data());
     }
-    state.counters["allocs/lookup"] = benchmark::Counter(
-        static_cast<double>(allocations.load() - before) / static_cast<double>(state.iterations()));
+    state.counters["allocs/lookup"] =
+        benchmark::Counter(static_cast<double>(QanBench::AllocationCount() - before) /
+                           static_cast<double>(state.iterations()));
 }
 BENCHMARK(BM_GetLegacyGuidDirectHit);
 
@@ -71,15 +48,16 @@ void BM_ServiceGetLegacyGuidDirectHit(benchmark::State& state) {
                                 nullptr);
     const LegacyGuidIndex index = BuildLegacyGuidIndex();
     std::size_t next = 0;
-    const long long before = allocations.load();
+    const auto before = QanBench::AllocationCount();
     for (auto _ : state) {
         const LegacyGuidRecord& record = index[next];
         next = (next + 7919) % index.size();
         QanStringT<wchar_t> guid = service.GetLegacyGuid(record.component, record.id);
         benchmark::DoNotOptimize(guid.data());
     }
-    state.counters["allocs/lookup"] = benchmark::Counter(
-        static_cast<double>(allocations.load() - before) / static_cast<double>(state.iterations()));
+    state.counters["allocs/lookup"] =
+        benchmark::Counter(static_cast<double>(QanBench::AllocationCount() - before) /
+                           static_cast<double>(state.iterations()));
 }
 BENCHMARK(BM_ServiceGetLegacyGuidDirectHit);
 

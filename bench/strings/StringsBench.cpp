@@ -5,40 +5,17 @@
 #include "strings/StringResourceCollection.h"
 #include "strings/XmlStringTable.h"
 
+#include "support/AllocationCounter.h"
+
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <new>
 #include <random>
 #include <string>
 #include <vector>
-
-// Every allocation of the program is counted, so that a look-up can show that it
-// allocates nothing but its result.
-// The replacements are a matched pair; g++ cannot see that once they are inlined.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-#endif
-namespace {
-std::atomic<std::size_t> allocations{0};
-}
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* p = std::malloc(size ? size : 1))
-        return p;
-    throw std::bad_alloc();
-}
-void operator delete(void* p) noexcept {
-    std::free(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    std::free(p);
-}
 
 namespace {
 using namespace Framework::Internal;
@@ -202,13 +179,14 @@ BENCHMARK(BM_ScanKeyTable)->Unit(benchmark::kMillisecond);
 void Lookups(benchmark::State& state, const StringResourceCollection& strings,
              const std::vector<std::wstring>& keys) {
     std::size_t i = 0;
-    const std::size_t before = allocations;
+    const auto before = QanBench::AllocationCount();
     for (auto _ : state) {
         auto text = strings.GetResource(keys[i++ % keys.size()], String);
         benchmark::DoNotOptimize(text);
     }
     state.counters["allocs_per_lookup"] =
-        static_cast<double>(allocations - before) / static_cast<double>(state.iterations());
+        static_cast<double>(QanBench::AllocationCount() - before) /
+        static_cast<double>(state.iterations());
 }
 
 void BM_HitBeforeFullLoad(benchmark::State& state) {
