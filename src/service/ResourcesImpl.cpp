@@ -141,28 +141,26 @@ Resources::ResourceID ResourcesImpl::GetCursor(const QanStringT<wchar_t>& key) c
     return {};
 }
 
-QanStringT<wchar_t> ResourcesImpl::GetLegacyString(const QanStringT<wchar_t>& key) const {
-    const StringLookup getString = [this](const QanStringT<wchar_t>& k, StringKind kind) {
-        return ResourcesImpl::GetString(k, kind);
+// The legacy look-ups compose texts through this service's own string look-up.
+StringLookup ResourcesImpl::OwnStringLookup() const {
+    return [this](const QanStringT<wchar_t>& key, StringKind kind) {
+        return ResourcesImpl::GetString(key, kind);
     };
-    return ComposeLegacyText(getString, key, LegacyFieldOrder::BodyFirst);
+}
+
+QanStringT<wchar_t> ResourcesImpl::GetLegacyString(const QanStringT<wchar_t>& key) const {
+    return ComposeLegacyText(OwnStringLookup(), key, LegacyFieldOrder::BodyFirst);
 }
 
 QanStringT<wchar_t>
 ResourcesImpl::GetLegacyStringHeaderFirst(const QanStringT<wchar_t>& key) const {
-    const StringLookup getString = [this](const QanStringT<wchar_t>& k, StringKind kind) {
-        return ResourcesImpl::GetString(k, kind);
-    };
-    return ComposeLegacyText(getString, key, LegacyFieldOrder::HeaderFirst);
+    return ComposeLegacyText(OwnStringLookup(), key, LegacyFieldOrder::HeaderFirst);
 }
 
 QanStringT<wchar_t> ResourcesImpl::GetLegacyGuid(QanStringViewT<char> component, int id) const {
     static const LegacyGuidIndex emptyIndex;
-    const StringLookup getString = [this](const QanStringT<wchar_t>& k, StringKind kind) {
-        return ResourcesImpl::GetString(k, kind);
-    };
-    return Internal::GetLegacyGuid(legacyGuids ? *legacyGuids : emptyIndex, getString, component,
-                                   id, ProcessSettings().appName);
+    return Internal::GetLegacyGuid(legacyGuids ? *legacyGuids : emptyIndex, OwnStringLookup(),
+                                   component, id, ProcessSettings().appName);
 }
 
 void ResourcesImpl::AddLegacyComponent(const wchar_t* component, HINSTANCE module) const {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "legacy/LegacyGuidIndex.h"
+#include "legacy/LegacyStringLookup.h"
 #include "service/ResourceCollection.h"
 
 #include <memory>
@@ -32,6 +33,8 @@ public:
                             int count, Resources::ResourceType type) const override;
 
 private:
+    StringLookup OwnStringLookup() const;
+
     // Declaration order is construction order; destruction runs the other way.
     std::unique_ptr<StringCollection> stringCollection;
     std::unique_ptr<IdCollection> iconCollection;
