@@ -54,7 +54,9 @@ std::size_t MatchReference(QanStringViewT<wchar_t> text, char32_t& value) {
     }
     if (i == firstDigit || i == text.size() || text[i] != L';' || tooLarge)
         return 0;
-    if (number >= 0xD800 && number <= 0xDFFF)
+    // Surrogates are no characters, and a zero character is no XML character either: it
+    // would cut the text short for callers that copy it into a buffer. Both stay written.
+    if (number == 0 || (number >= 0xD800 && number <= 0xDFFF))
         return 0;
     value = number;
     return i + 1;

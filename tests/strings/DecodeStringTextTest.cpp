@@ -39,7 +39,7 @@ TEST(DecodeStringText, DecodeSteps) {
 TEST(DecodeStringText, UnknownOrMalformedReferencesStayAsWritten) {
     const std::string kept = "&nbsp;|&LT;|&lt|&amp|&|a & b|&#;|&#x;|&#12a;|&#X41;|&#xD800;|"
                              "&#xDFFF;|&#55296;|&#x110000;|&#1114112;|&#99999999999999999999999;|"
-                             "&#xFFFFFFFFFFFFFFFF41;|&# 65;|&#-65;|&#x41";
+                             "&#xFFFFFFFFFFFFFFFF41;|&# 65;|&#-65;|&#0;|&#x00;|&#x41";
     EXPECT_EQ(DecodeStringText(kept), std::wstring(kept.begin(), kept.end()));
 }
 
