@@ -7,8 +7,10 @@ cd "$(dirname "$0")/.."
 scripts/install-deps.sh
 
 export WINEDEBUG=-all
-# One Wine server for the whole run instead of one per test process.
+# One Wine server for the whole run instead of one per test process, stopped (with the
+# Wine services it started) when the run ends, so nothing outlives the script.
 if command -v wineserver >/dev/null; then
+    trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
     wineboot -i >/dev/null 2>&1 || true
     wineserver -p >/dev/null 2>&1 || true
 fi
