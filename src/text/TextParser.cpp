@@ -63,6 +63,18 @@ QanStringT<wchar_t> Build(const std::array<const wchar_t*, 6>& values) {
     return result;
 }
 
+// The field tagged tag; when it is empty or missing, the tip text in its place (with the
+// result of that second look-up).
+bool FieldOrTipText(const wchar_t* text, const wchar_t* tag, QanStringT<wchar_t>& out) {
+    QanStringT<wchar_t> keep;
+    const View source = TextOf(text, out, keep);
+    const bool found = FindTaggedFieldIn(source, tag, out);
+    if (!out.empty()) {
+        return found;
+    }
+    return FindTaggedFieldIn(source, L"TT", out);
+}
+
 } // namespace
 
 TextParser& TextParser::operator=(const TextParser&) {
@@ -73,23 +85,11 @@ TextParser& TextParser::operator=(TextParser&&) noexcept {
 }
 
 bool TextParser::GetCaptionText(const wchar_t* text, QanStringT<wchar_t>& out) {
-    QanStringT<wchar_t> keep;
-    const View source = TextOf(text, out, keep);
-    const bool found = FindTaggedFieldIn(source, L"CT", out);
-    if (!out.empty()) {
-        return found;
-    }
-    return FindTaggedFieldIn(source, L"TT", out);
+    return FieldOrTipText(text, L"CT", out);
 }
 
 bool TextParser::GetLongPromptText(const wchar_t* text, QanStringT<wchar_t>& out) {
-    QanStringT<wchar_t> keep;
-    const View source = TextOf(text, out, keep);
-    const bool found = FindTaggedFieldIn(source, L"LP", out);
-    if (!out.empty()) {
-        return found;
-    }
-    return FindTaggedFieldIn(source, L"TT", out);
+    return FieldOrTipText(text, L"LP", out);
 }
 
 bool TextParser::GetTipText(const wchar_t* text, QanStringT<wchar_t>& out) {

@@ -50,14 +50,6 @@ TEST(StringFallback, CollectionAnswerWinsEvenWhenEmptyElseLegacyIsAsked) {
     EXPECT_EQ(s.legacy->asked, Strings{L"guid://X/2"}) << "legacy asked for a String";
 }
 
-TEST(StringFallback, WithoutStringCollectionLegacyIsNotAsked) {
-    auto* legacy = new FakeLegacy;
-    legacy->answers[L"k/2"] = IdOf(7);
-    ResourcesImpl impl(nullptr, nullptr, nullptr, nullptr, {}, std::unique_ptr<FakeLegacy>(legacy));
-    EXPECT_EQ(impl.GetString(L"k", Framework::Internal::String), L"");
-    EXPECT_TRUE(legacy->asked.empty());
-}
-
 TEST(LegacyLoader, EachKindOfALegacyHit) {
     Service s;
     s.legacy->answers[L"k/2"] = IdOf(4711, 0x1000);
@@ -143,6 +135,15 @@ TEST(Registration, ForwardsArgumentsToTheLegacyCollection) {
     s.impl.RemoveLegacyComponent(L"Comp");
     EXPECT_EQ(s.legacy->calls,
               (Strings{L"Component Comp", L"Add Comp 2 1", L"Add (null) 0 9", L"Remove Comp"}));
+}
+
+TEST(MissingCollections, AnswerMissesAndIgnoreRegistrations) {
+    auto* legacy = new FakeLegacy;
+    legacy->answers[L"k/2"] = IdOf(7);
+    ResourcesImpl noStrings(nullptr, nullptr, nullptr, nullptr, {},
+                            std::unique_ptr<FakeLegacy>(legacy));
+    EXPECT_EQ(noStrings.GetString(L"k", Framework::Internal::String), L"");
+    EXPECT_TRUE(legacy->asked.empty()) << "without strings the legacy table is not asked";
 
     ResourcesImpl empty(nullptr, nullptr, nullptr, nullptr, {}, nullptr);
     empty.AddLegacyComponent(L"c", nullptr);

@@ -90,9 +90,9 @@ TEST(Construction, ConcurrentFirstCallersShareOneService) {
     EXPECT_EQ(platform.loadModuleCalls, 1);
 }
 
-// The map lives in the resource directory, but whether it is read at all depends on the
-// icon directory.
-TEST(Construction, IconMapIsReadOnlyWithAnIconDirectory) {
+// The map lives in the resource directory (that it is skipped without an icon directory
+// is the icon tests' concern).
+TEST(Construction, IconMapIsReadFromTheResourceDirectory) {
     QanTest::TempDir resources, icons;
     resources.Write("icons.map.xml", "<maps><map guid=\"K\">k.ico</map></maps>\n");
     const auto map = Framework::Path::Combine(resources.Wide(), L"icons.map.xml");
@@ -102,16 +102,6 @@ TEST(Construction, IconMapIsReadOnlyWithAnIconDirectory) {
     EXPECT_TRUE(platform.Read(map));
     const auto folder = Framework::Path::Combine(icons.Wide(), L"k.ico");
     EXPECT_EQ(Resources::GetIcon(L"K").iconPath, Framework::Path::AddBackslash(folder));
-}
-
-TEST(Construction, WithoutAnIconDirectoryTheMapIsIgnored) {
-    QanTest::TempDir dir;
-    dir.Write("icons.map.xml", "<maps><map guid=\"K\">k.ico</map></maps>\n");
-    Platform platform;
-    Resources::SetResourceDirectories(dir.Wide(), dir.Wide(), L"", dir.Wide(), L"");
-    EXPECT_TRUE(Resources::Preload());
-    EXPECT_FALSE(platform.Read(Framework::Path::Combine(dir.Wide(), L"icons.map.xml")));
-    EXPECT_EQ(Resources::GetIcon(L"K"), Resources::ResourceID{});
 }
 
 } // namespace
