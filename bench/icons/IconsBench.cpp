@@ -1,12 +1,12 @@
 // Speed of the icon and cursor paths: reading an icon map, icon and cursor look-ups, the
 // cursor table archive and the PE resource walk over a synthetic resource section.
 #include "CursorTableWriter.h"
+#include "base/Settings.h"
 #include "icons/CursorResourceCollection.h"
 #include "icons/CursorTable.h"
 #include "icons/IconResourceCollection.h"
 #include "platform/PeResources.h"
 #include "platform/Platform.h"
-#include "service/Settings.h"
 
 #include <benchmark/benchmark.h>
 
@@ -70,12 +70,12 @@ void IconLookup(benchmark::State& state) {
 BENCHMARK(IconLookup);
 
 std::vector<std::byte> CursorTableBytes() {
-    std::vector<QanTools::CursorTable::Entry> entries;
+    std::vector<QanTool::CursorTable::Entry> entries;
     for (int i = 0; i < kEntries; ++i) {
         const std::wstring key = Key(i);
         entries.push_back({std::u16string(key.begin(), key.end()), static_cast<std::uint32_t>(i)});
     }
-    return QanTools::CursorTable::Write(entries);
+    return QanTool::CursorTable::Write(entries);
 }
 
 void CursorTableRead(benchmark::State& state) {

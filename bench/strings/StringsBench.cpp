@@ -1,6 +1,6 @@
 // StringsBench.cpp: start-up, lazy full load, look-up cost and memory of the string
 // collection on a generated data set of catalogue size (written to a temporary folder).
-#include "service/Settings.h"
+#include "base/Settings.h"
 #include "strings/CsvKeyTable.h"
 #include "strings/StringResourceCollection.h"
 #include "strings/XmlStringTable.h"

@@ -1,8 +1,8 @@
 // Fuzzes the icon map: any bytes as "icons.map.xml", then look-ups of the keys it gave
 // against icon locations that are files, folders or neither.
 #include "FuzzPlatform.h"
+#include "base/Settings.h"
 #include "icons/IconResourceCollection.h"
-#include "service/Settings.h"
 
 #include <algorithm>
 

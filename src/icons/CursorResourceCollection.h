@@ -2,18 +2,11 @@
 // table stored as raw-data resource 2 of the platform icon library "QanIcons.dll".
 #pragma once
 
-#include "service/ResourceCollection.h"
+#include "base/Collections.h"
 
-#include <cstdint>
 #include <memory>
-#include <vector>
 
 namespace Framework::Internal {
-
-struct CursorEntry {
-    QanStringT<wchar_t> name;
-    std::uint32_t id = 0;
-};
 
 class CursorResourceCollection final : public IdCollection {
 public:

@@ -2,6 +2,8 @@
 // 32-bit unit count and no terminator; a read that would pass the end fails.
 #include "icons/CursorTable.h"
 
+#include "base/Unicode.h"
+
 #include <optional>
 #include <stdexcept>
 
@@ -44,17 +46,16 @@ public:
             }
             // wchar_t holds whole code points here: pair surrogates up, and let an
             // unpaired one stand as U+FFFD.
-            if (unit >= 0xD800 && unit <= 0xDBFF && position < end) {
+            if (Unicode::IsHighSurrogate(unit) && position < end) {
                 const char32_t low = Unit(position);
-                if (low >= 0xDC00 && low <= 0xDFFF) {
+                if (Unicode::IsLowSurrogate(low)) {
                     position += 2;
-                    text.push_back(
-                        static_cast<wchar_t>(0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00)));
+                    text.push_back(static_cast<wchar_t>(Unicode::CombineSurrogates(unit, low)));
                     continue;
                 }
             }
-            const bool surrogate = unit >= 0xD800 && unit <= 0xDFFF;
-            text.push_back(static_cast<wchar_t>(surrogate ? 0xFFFD : unit));
+            text.push_back(static_cast<wchar_t>(
+                Unicode::IsSurrogate(unit) ? Unicode::kReplacementCharacter : unit));
         }
         return text;
     }

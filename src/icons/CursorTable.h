@@ -2,7 +2,7 @@
 // the bytes of raw-data resource 2 of the platform icon library.
 #pragma once
 
-#include "icons/CursorResourceCollection.h"
+#include <framework/QanString.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -10,6 +10,12 @@
 #include <vector>
 
 namespace Framework::Internal {
+
+// One row of the table: a cursor's key and its resource number in the module.
+struct CursorEntry {
+    QanStringT<wchar_t> name;
+    std::uint32_t id = 0;
+};
 
 // The table as the archive describes it: the entries read, followed by blankCount
 // entries with an empty name and id 0 (those after the first failed read). The blank

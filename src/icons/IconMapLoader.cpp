@@ -2,8 +2,8 @@
 // depth; one malformed "map" rejects the whole file and leaves the map as it was.
 #include "icons/IconResourceCollection.h"
 
+#include "base/Unicode.h"
 #include "platform/Platform.h"
-#include "platform/Utf8.h"
 
 #include <exception>
 #include <expat.h>

@@ -2,9 +2,9 @@
 // file order and searched by bisection; it is never sorted here.
 #include "icons/IconResourceCollection.h"
 
+#include "base/Settings.h"
 #include "icons/PathKind.h"
 #include "platform/Path.h"
-#include "service/Settings.h"
 
 #include <algorithm>
 #include <cwctype>

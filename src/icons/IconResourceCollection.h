@@ -1,7 +1,7 @@
 // IconResourceCollection.h: icon keys to icon and PNG paths through "icons.map.xml".
 #pragma once
 
-#include "service/ResourceCollection.h"
+#include "base/Collections.h"
 
 #include <memory>
 #include <vector>

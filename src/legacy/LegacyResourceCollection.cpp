@@ -76,33 +76,33 @@ LegacyResourceCollection::LegacyResourceCollection() : tables(std::make_unique<T
 // Deliberately frees no module: hosts own theirs, and stock-icon modules stay loaded.
 LegacyResourceCollection::~LegacyResourceCollection() = default;
 
-void LegacyResourceCollection::GetResource(std::optional<Resources::ResourceID>& out,
-                                           const QanStringT<wchar_t>& key,
-                                           Resources::ResourceType type) const {
-    out.reset();
+std::optional<Resources::ResourceID>
+LegacyResourceCollection::GetResource(const QanStringT<wchar_t>& key,
+                                      Resources::ResourceType type) const {
     const std::vector<LegacyEntry>* table = tables->Select(type);
     if (!table)
-        return;
+        return std::nullopt;
     const auto range = std::equal_range(table->begin(), table->end(), key, KeyOrder{});
     if (range.first == range.second)
-        return;
+        return std::nullopt;
     // A key registered more than once answers with whichever entry the sort left first.
     const LegacyEntry& entry = *range.first;
-    Resources::ResourceID& result = out.emplace();
+    Resources::ResourceID result;
     if (entry.id == 0) {
         // Workspace icons carry their path; id 0 under any other component is a present,
         // empty answer. The rule holds in every table.
         if (entry.component == kWorkspaceIconComponent)
             result.pngPath = entry.text;
-        return;
+        return result;
     }
     result.id = entry.id;
     if (entry.component.empty())
-        return;
+        return result;
     // A component never added, or removed since, leaves the module null.
     const auto module = tables->modules.find(entry.component);
     if (module != tables->modules.end())
         result.module = module->second.module;
+    return result;
 }
 
 void LegacyResourceCollection::AddResources(const wchar_t* component,

@@ -2,7 +2,7 @@
 // tables, and the operating system's stock icons under fixed keys.
 #pragma once
 
-#include "service/ResourceCollection.h"
+#include "base/Collections.h"
 
 #include <memory>
 
@@ -14,8 +14,8 @@ public:
     // Never frees a module: hosts own theirs, and stock-icon modules stay loaded.
     ~LegacyResourceCollection() override;
 
-    void GetResource(std::optional<Resources::ResourceID>& out, const QanStringT<wchar_t>& key,
-                     Resources::ResourceType type) const override;
+    std::optional<Resources::ResourceID> GetResource(const QanStringT<wchar_t>& key,
+                                                     Resources::ResourceType type) const override;
     void AddResources(const wchar_t* component, const Resources::RegistrarMapEntry* entries,
                       int count, Resources::ResourceType type) override;
     void AddComponent(const wchar_t* component, HINSTANCE module) override;

@@ -2,30 +2,18 @@
 // legacy (component, id) pair to its GUID key, preferring the application's components.
 #include "legacy/LegacyStringLookup.h"
 
+#include "text/Backslashes.h"
+#include "text/TaggedText.h"
+
 #include <array>
 
 namespace Framework::Internal {
 namespace {
 
-constexpr wchar_t kMarker = L'\x0001';
-
+// Absent fields are left out of a composed text altogether.
 void AppendField(QanStringT<wchar_t>& text, const wchar_t* tag, const QanStringT<wchar_t>& value) {
-    if (value.empty())
-        return;
-    text += kMarker;
-    text += tag;
-    text += value;
-}
-
-// Every pair of backslashes becomes one, left to right: three become two.
-void CollapseBackslashPairs(QanStringT<wchar_t>& text) {
-    std::size_t write = 0;
-    for (std::size_t read = 0; read < text.size(); ++read, ++write) {
-        text[write] = text[read];
-        if (text[read] == L'\\' && read + 1 < text.size() && text[read + 1] == L'\\')
-            ++read;
-    }
-    text.resize(write);
+    if (!value.empty())
+        AppendTaggedField(text, tag, value);
 }
 
 // ASCII letters compare without case; other characters exactly.
@@ -85,13 +73,13 @@ QanStringT<wchar_t> ComposeLegacyText(const StringLookup& getString, const QanSt
     const QanStringT<wchar_t> caption = getString(key, Caption);
     const QanStringT<wchar_t> body = getString(key, TooltipBody);
     const QanStringT<wchar_t> header = getString(key, TooltipHeader);
-    AppendField(text, L"CT=", caption);
+    AppendField(text, L"CT", caption);
     if (order == LegacyFieldOrder::BodyFirst) {
-        AppendField(text, L"TT=", body);
-        AppendField(text, L"TH=", header);
+        AppendField(text, L"TT", body);
+        AppendField(text, L"TH", header);
     } else {
-        AppendField(text, L"TH=", header);
-        AppendField(text, L"TT=", body);
+        AppendField(text, L"TH", header);
+        AppendField(text, L"TT", body);
     }
     // Only composed texts lose their doubled backslashes; intended, as old modules stored
     // their packed texts that way.

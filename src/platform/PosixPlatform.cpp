@@ -1,7 +1,7 @@
 // The POSIX implementation of the platform interface.
+#include "base/Unicode.h"
 #include "platform/MappedModule.h"
 #include "platform/Platform.h"
-#include "platform/Utf8.h"
 
 #include <cerrno>
 #include <cstdlib>

@@ -1,7 +1,6 @@
 target_sources(QanResourcesObjects PRIVATE
     platform/Platform.cpp
     platform/Path.cpp
-    platform/Utf8.cpp
     platform/PeResources.cpp)
 if(WIN32)
     target_sources(QanResourcesObjects PRIVATE platform/WindowsPlatform.cpp)

@@ -2,9 +2,9 @@
 // asks the service in use at the moment of the call; none keeps state of its own.
 #include <framework/Resources.h>
 
+#include "base/Settings.h"
 #include "platform/Path.h"
 #include "platform/Platform.h"
-#include "service/Settings.h"
 
 namespace Framework {
 

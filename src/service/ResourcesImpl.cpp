@@ -1,5 +1,6 @@
 #include "service/ResourcesImpl.h"
 
+#include "base/Settings.h"
 #include "icons/CursorResourceCollection.h"
 #include "icons/IconResourceCollection.h"
 #include "legacy/LegacyResourceCollection.h"
@@ -7,7 +8,6 @@
 #include "platform/Path.h"
 #include "platform/Platform.h"
 #include "service/LegacyStringLoader.h"
-#include "service/Settings.h"
 #include "strings/StringResourceCollection.h"
 #include "text/FindTaggedField.h"
 
@@ -100,8 +100,8 @@ QanStringT<wchar_t> ResourcesImpl::GetString(const QanStringT<wchar_t>& key,
         return std::move(*text);
     if (!legacyCollection)
         return {};
-    std::optional<Resources::ResourceID> entry;
-    legacyCollection->GetResource(entry, key, Resources::String);
+    const std::optional<Resources::ResourceID> entry =
+        legacyCollection->GetResource(key, Resources::String);
     if (!entry)
         return {};
     QanStringT<wchar_t> text =
@@ -119,12 +119,9 @@ Resources::ResourceID ResourcesImpl::GetIcon(const QanStringT<wchar_t>& key) con
     if (platformIconCollection)
         if (auto hit = platformIconCollection->GetResource(key))
             return std::move(*hit);
-    if (legacyCollection) {
-        std::optional<Resources::ResourceID> hit;
-        legacyCollection->GetResource(hit, key, Resources::Icon);
-        if (hit)
+    if (legacyCollection)
+        if (auto hit = legacyCollection->GetResource(key, Resources::Icon))
             return std::move(*hit);
-    }
     return {};
 }
 
@@ -132,12 +129,9 @@ Resources::ResourceID ResourcesImpl::GetCursor(const QanStringT<wchar_t>& key) c
     if (cursorCollection)
         if (auto hit = cursorCollection->GetResource(key))
             return std::move(*hit);
-    if (legacyCollection) {
-        std::optional<Resources::ResourceID> hit;
-        legacyCollection->GetResource(hit, key, Resources::Cursor);
-        if (hit)
+    if (legacyCollection)
+        if (auto hit = legacyCollection->GetResource(key, Resources::Cursor))
             return std::move(*hit);
-    }
     return {};
 }
 

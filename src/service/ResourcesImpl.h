@@ -2,9 +2,9 @@
 // holds the fallback order between them.
 #pragma once
 
+#include "base/Collections.h"
 #include "legacy/LegacyGuidIndex.h"
 #include "legacy/LegacyStringLookup.h"
-#include "service/ResourceCollection.h"
 
 #include <memory>
 

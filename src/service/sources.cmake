@@ -1,6 +1,6 @@
 target_sources(QanResourcesObjects PRIVATE
+    service/IconPaths.cpp
     service/LegacyStringLoader.cpp
     service/Resources.cpp
     service/ResourcesImpl.cpp
-    service/ServiceInstance.cpp
-    service/Settings.cpp)
+    service/ServiceInstance.cpp)

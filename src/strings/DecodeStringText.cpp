@@ -2,9 +2,10 @@
 // backslash written as an entity takes part in the escapes like a literal one.
 #include "strings/DecodeStringText.h"
 
-#include "platform/Utf8.h"
+#include "base/Unicode.h"
 #include "strings/UnescapeControl.h"
 #include "strings/XmlEntities.h"
+#include "text/Backslashes.h"
 
 #include <cstring>
 
@@ -52,7 +53,7 @@ QanStringT<wchar_t> DecodeStringText(QanStringViewT<char> text) {
     UnescapeControlInPlace(result, L'\n');
     UnescapeControlInPlace(result, L'\r');
     UnescapeControlInPlace(result, L'\t');
-    ReplaceAllShrinking(result, L"\\\\", L"\\");
+    CollapseBackslashPairs(result);
     return result;
 }
 

@@ -2,10 +2,10 @@
 // the full text file once, at the first look-up whose id the start-up texts lack.
 #include "strings/StringResourceCollection.h"
 
+#include "base/Settings.h"
+#include "base/Unicode.h"
 #include "platform/Path.h"
 #include "platform/Platform.h"
-#include "platform/Utf8.h"
-#include "service/Settings.h"
 #include "strings/CsvKeyTable.h"
 #include "strings/DecodeStringText.h"
 #include "strings/FindInTable.h"

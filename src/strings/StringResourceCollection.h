@@ -2,7 +2,7 @@
 // text files and key tables, reading the full text file lazily at the first miss.
 #pragma once
 
-#include "service/ResourceCollection.h"
+#include "base/Collections.h"
 
 #include <memory>
 

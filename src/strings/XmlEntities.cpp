@@ -2,6 +2,8 @@
 // long as what it stands for, so the writer never overtakes the reader.
 #include "strings/XmlEntities.h"
 
+#include "base/Unicode.h"
+
 #include <cstddef>
 
 namespace Framework::Internal {
@@ -56,7 +58,7 @@ std::size_t MatchReference(QanStringViewT<wchar_t> text, char32_t& value) {
         return 0;
     // Surrogates are no characters, and a zero character is no XML character either: it
     // would cut the text short for callers that copy it into a buffer. Both stay written.
-    if (number == 0 || (number >= 0xD800 && number <= 0xDFFF))
+    if (number == 0 || Unicode::IsSurrogate(number))
         return 0;
     value = number;
     return i + 1;
@@ -66,9 +68,8 @@ std::size_t MatchReference(QanStringViewT<wchar_t> text, char32_t& value) {
 std::size_t PutScalar(QanStringT<wchar_t>& text, std::size_t at, char32_t value) {
     if constexpr (sizeof(wchar_t) == 2) {
         if (value >= 0x10000) {
-            value -= 0x10000;
-            text[at] = static_cast<wchar_t>(0xD800 + (value >> 10));
-            text[at + 1] = static_cast<wchar_t>(0xDC00 + (value & 0x3FF));
+            text[at] = static_cast<wchar_t>(Unicode::HighSurrogateOf(value));
+            text[at + 1] = static_cast<wchar_t>(Unicode::LowSurrogateOf(value));
             return 2;
         }
     }

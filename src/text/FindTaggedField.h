@@ -2,12 +2,11 @@
 // a two-letter tag in a tagged text, or the line for "LP", "TT" or "CT" in an untagged one.
 #pragma once
 
+#include "text/TaggedText.h"
+
 #include <framework/QanString.h>
 
 namespace Framework::Internal {
-
-// The field marker that opens a tagged text and each of its fields.
-inline constexpr wchar_t kFieldMarker = L'\x0001';
 
 // Empties out, then fills it with the field named by tag and returns whether it was found.
 // Tagged text (first code unit U+0001): the first field whose first two code units equal

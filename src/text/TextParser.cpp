@@ -11,6 +11,7 @@
 namespace Framework {
 namespace {
 
+using Internal::AppendTaggedField;
 using Internal::FindTaggedFieldIn;
 using Internal::kFieldMarker;
 using View = QanStringViewT<wchar_t>;
@@ -55,10 +56,7 @@ QanStringT<wchar_t> Build(const std::array<const wchar_t*, 6>& values) {
         if (values[field] == nullptr) {
             continue; // absent: no field at all, unlike an empty value
         }
-        result += kFieldMarker;
-        result += kTags[field];
-        result += L'=';
-        result += values[field];
+        AppendTaggedField(result, kTags[field], values[field]);
     }
     return result;
 }

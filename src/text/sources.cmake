@@ -1,4 +1,5 @@
 target_sources(QanResourcesObjects PRIVATE
+    text/Backslashes.cpp
     text/FindTaggedField.cpp
     text/StripMenuText.cpp
     text/TextParser.cpp

@@ -43,8 +43,8 @@ TEST(CursorTable, ReadsStopAtTheFirstFailureAndToolsAgree) {
     const std::u16string odd{u'x', 0xD83D, 0xDDB1, 0xD800, u'y', 0xDC00};
     const std::wstring wide =
         sizeof(wchar_t) == 2 ? std::wstring(odd.begin(), odd.end()) : L"x\U0001F5B1\uFFFDy\uFFFD";
-    const QanTools::CursorTable::Entry entries[] = {{u"", 1}, {odd, 0xFFFFFFFF}};
-    const auto written = QanTools::CursorTable::Write(entries);
+    const QanTool::CursorTable::Entry entries[] = {{u"", 1}, {odd, 0xFFFFFFFF}};
+    const auto written = QanTool::CursorTable::Write(entries);
     // Bytes, the table size they give, the entries read in full, and what is wrong;
     // 0x610041 is "Aa" as two UTF-16 units.
     using Pairs = std::vector<std::pair<std::wstring, std::uint32_t>>;
@@ -72,7 +72,7 @@ TEST(CursorTable, ReadsStopAtTheFirstFailureAndToolsAgree) {
 
     // The tools' strict reader, and their resource script once its numbers are put back
     // together as the resource compiler does ("L" is 32-bit, the others 16-bit).
-    using namespace QanTools::CursorTable;
+    using namespace QanTool::CursorTable;
     const auto strict = Read(written);
     EXPECT_TRUE(strict.status == ReadStatus::Complete && strict.storedCount == 2 &&
                 std::ranges::equal(strict.entries, entries));

@@ -1,9 +1,9 @@
 // The icon map: the grammar of "icons.map.xml", look-ups through it for each kind of icon
 // location, the path-kind cache, and the paths that prefixed keys give.
+#include "base/Settings.h"
 #include "icons/IconResourceCollection.h"
 #include "icons/PathKind.h"
 #include "platform/Path.h"
-#include "service/Settings.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>

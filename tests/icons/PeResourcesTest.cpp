@@ -40,9 +40,9 @@ struct Layout {
 };
 
 // Resource 2 of the fixture, as its resource script spells it.
-const QanTools::CursorTable::Entry kFixtureTable[] = {{u"Arrow", 7},           {u"Cross", 11},
-                                                      {u"Cross", 12},          {u"Hand", 9},
-                                                      {u"Move\U0001F5B1", 14}, {u"Wait", 13}};
+const QanTool::CursorTable::Entry kFixtureTable[] = {{u"Arrow", 7},           {u"Cross", 11},
+                                                     {u"Cross", 12},          {u"Hand", 9},
+                                                     {u"Move\U0001F5B1", 14}, {u"Wait", 13}};
 
 class PeReader : public ::testing::Test {
 protected:
@@ -54,7 +54,7 @@ protected:
     const std::string file = QanTest::ReadAll(
         std::filesystem::path(SystemPlatform().ExecutableDirectory()) / "QanIcons.dll");
     const Layout at{file};
-    const Bytes expected = QanTools::CursorTable::Write(kFixtureTable);
+    const Bytes expected = QanTool::CursorTable::Write(kFixtureTable);
 };
 
 TEST_F(PeReader, EachCorruptionGivesNothingOrTheWholeResource) {

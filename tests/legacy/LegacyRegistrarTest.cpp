@@ -21,9 +21,7 @@ R::ResourceID Id(HINSTANCE module, int id, const wchar_t* pngPath = L"") {
 
 std::optional<R::ResourceID> Find(const LegacyResourceCollection& c, const std::wstring& key,
                                   int type = R::Icon) {
-    std::optional<R::ResourceID> out = R::ResourceID{}; // must be overwritten
-    c.GetResource(out, key, static_cast<R::ResourceType>(type));
-    return out;
+    return c.GetResource(key, static_cast<R::ResourceType>(type));
 }
 
 TEST(LegacyRegistrar, KeysResolveToTheirComponentsCurrentModule) {

@@ -2,9 +2,9 @@
 // joining with the system's separator, the bounded wide copy, and whole-file reads.
 #include "support/TempDir.h"
 
+#include "base/Unicode.h"
 #include "platform/Path.h"
 #include "platform/Platform.h"
-#include "platform/Utf8.h"
 
 #include <gtest/gtest.h>
 

@@ -24,8 +24,8 @@ static std::string Map(const std::string& body) {
     return "<icons>\n" + body + "</icons>\n";
 }
 // A cursor table less its last drop bytes.
-static std::string Cursors(const std::vector<QanTools::CursorTable::Entry>& entries, int drop = 0) {
-    const auto bytes = QanTools::CursorTable::Write(entries);
+static std::string Cursors(const std::vector<QanTool::CursorTable::Entry>& entries, int drop = 0) {
+    const auto bytes = QanTool::CursorTable::Write(entries);
     return std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size() - drop);
 }
 

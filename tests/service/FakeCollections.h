@@ -2,7 +2,7 @@
 // for testing the order in which the service consults them.
 #pragma once
 
-#include "service/ResourceCollection.h"
+#include "base/Collections.h"
 
 #include <map>
 #include <string>
@@ -45,9 +45,9 @@ struct FakeLegacy final : Framework::Internal::LegacyCollection, Script<Resource
     std::vector<std::wstring> calls;
     static std::wstring Name(const wchar_t* text) { return text ? text : L"(null)"; }
 
-    void GetResource(std::optional<ResourceID>& out, const std::wstring& key,
-                     Resources::ResourceType type) const override {
-        out = Ask(key, static_cast<std::uint32_t>(type));
+    std::optional<ResourceID> GetResource(const std::wstring& key,
+                                          Resources::ResourceType type) const override {
+        return Ask(key, static_cast<std::uint32_t>(type));
     }
     void AddResources(const wchar_t* component, const Resources::RegistrarMapEntry*, int count,
                       Resources::ResourceType type) override {

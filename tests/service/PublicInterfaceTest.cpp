@@ -2,8 +2,8 @@
 // the settings they write.
 #include "ScriptedService.h"
 
+#include "base/Settings.h"
 #include "platform/Path.h"
-#include "service/Settings.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // The string collection's life cycle: start-up texts, overrides, key tables and the lazy
 // load of the full text file, on real files.
 #include "StringTestFiles.h"
-#include "platform/Utf8.h"
-#include "service/Settings.h"
+#include "base/Settings.h"
+#include "base/Unicode.h"
 #include "strings/StringResourceCollection.h"
 #include "support/FakePlatform.h"
 

@@ -1,4 +1,4 @@
-#include "service/Settings.h"
+#include "base/Settings.h"
 
 namespace Framework::Internal {
 

@@ -2,8 +2,8 @@
 // directory, "guid://" keys name icons through the icon map.
 #include <framework/Resources.h>
 
+#include "base/Settings.h"
 #include "platform/Path.h"
-#include "service/Settings.h"
 
 #include <algorithm>
 #include <cwctype>

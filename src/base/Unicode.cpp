@@ -1,0 +1,166 @@
+// Unicode.cpp: the UTF-8 decoder and encoder, and UTF-8 validation, all built on one
+// table of well-formed byte sequences.
+#include "base/Unicode.h"
+
+#include <cstdint>
+
+namespace Framework::Unicode {
+
+void AppendWide(char32_t value, QanStringT<wchar_t>& out) {
+    if constexpr (sizeof(wchar_t) == 2) {
+        if (value >= 0x10000) {
+            out.push_back(static_cast<wchar_t>(HighSurrogateOf(value)));
+            out.push_back(static_cast<wchar_t>(LowSurrogateOf(value)));
+            return;
+        }
+    }
+    out.push_back(static_cast<wchar_t>(value));
+}
+
+namespace {
+
+// Valid second-byte range for a lead byte (Unicode Table 3-7); the rest are 80..BF.
+bool SecondByteFits(unsigned char lead, unsigned char b) {
+    switch (lead) {
+    case 0xE0:
+        return b >= 0xA0 && b <= 0xBF;
+    case 0xED:
+        return b >= 0x80 && b <= 0x9F;
+    case 0xF0:
+        return b >= 0x90 && b <= 0xBF;
+    case 0xF4:
+        return b >= 0x80 && b <= 0x8F;
+    default:
+        return b >= 0x80 && b <= 0xBF;
+    }
+}
+
+// Reads one sequence at p (before end): its length and scalar value, or a length of 0
+// when p starts an ill-formed sequence; consumed then tells how many bytes form its
+// maximal subpart.
+std::size_t ReadSequence(const unsigned char* p, const unsigned char* end, char32_t& value,
+                         std::size_t& consumed) {
+    const unsigned char lead = *p;
+    if (lead < 0x80) {
+        value = lead;
+        consumed = 1;
+        return 1;
+    }
+    int trail;
+    char32_t c;
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        trail = 1;
+        c = lead & 0x1F;
+    } else if (lead >= 0xE0 && lead <= 0xEF) {
+        trail = 2;
+        c = lead & 0x0F;
+    } else if (lead >= 0xF0 && lead <= 0xF4) {
+        trail = 3;
+        c = lead & 0x07;
+    } else {
+        consumed = 1;
+        return 0;
+    }
+    const unsigned char* q = p + 1;
+    for (int taken = 0; taken < trail; ++taken, ++q) {
+        const bool fits =
+            q < end && (taken == 0 ? SecondByteFits(lead, *q) : (*q >= 0x80 && *q <= 0xBF));
+        if (!fits) {
+            consumed = static_cast<std::size_t>(q - p);
+            return 0;
+        }
+        c = (c << 6) | (*q & 0x3F);
+    }
+    value = c;
+    consumed = static_cast<std::size_t>(q - p);
+    return consumed;
+}
+
+} // namespace
+
+std::size_t ReadUtf8Sequence(QanStringViewT<char> bytes, char32_t& value) noexcept {
+    if (bytes.empty())
+        return 0;
+    const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
+    std::size_t consumed = 0;
+    return ReadSequence(p, p + bytes.size(), value, consumed);
+}
+
+std::size_t FindInvalidUtf8(QanStringViewT<char> bytes) noexcept {
+    const auto* start = reinterpret_cast<const unsigned char*>(bytes.data());
+    const auto* end = start + bytes.size();
+    for (const unsigned char* p = start; p < end;) {
+        char32_t value = 0;
+        std::size_t consumed = 0;
+        if (ReadSequence(p, end, value, consumed) == 0)
+            return static_cast<std::size_t>(p - start);
+        p += consumed;
+    }
+    return QanStringViewT<char>::npos;
+}
+
+} // namespace Framework::Unicode
+
+namespace Framework::Utf8 {
+
+using Unicode::kReplacementCharacter;
+
+void DecodeAppend(QanStringViewT<char> bytes, QanStringT<wchar_t>& out) {
+    const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
+    const auto* end = p + bytes.size();
+    while (p < end) {
+        if (*p < 0x80) { // the common case, without a call
+            out.push_back(static_cast<wchar_t>(*p++));
+            continue;
+        }
+        char32_t value = 0;
+        std::size_t consumed = 0;
+        const bool ok = Framework::Unicode::ReadSequence(p, end, value, consumed) != 0;
+        Unicode::AppendWide(ok ? value : kReplacementCharacter, out);
+        p += consumed;
+    }
+}
+
+QanStringT<wchar_t> Decode(QanStringViewT<char> bytes) {
+    QanStringT<wchar_t> out;
+    out.reserve(bytes.size());
+    DecodeAppend(bytes, out);
+    return out;
+}
+
+QanStringT<char> Encode(QanStringViewT<wchar_t> text) {
+    QanStringT<char> out;
+    out.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char32_t c = static_cast<char32_t>(text[i]);
+        if constexpr (sizeof(wchar_t) == 2) {
+            if (Unicode::IsHighSurrogate(c) && i + 1 < text.size()) {
+                const char32_t low = static_cast<char16_t>(text[i + 1]);
+                if (Unicode::IsLowSurrogate(low)) {
+                    c = Unicode::CombineSurrogates(c, low);
+                    ++i;
+                }
+            }
+        }
+        if (Unicode::IsSurrogate(c) || c > 0x10FFFF)
+            c = kReplacementCharacter;
+        if (c < 0x80) {
+            out.push_back(static_cast<char>(c));
+        } else if (c < 0x800) {
+            out.push_back(static_cast<char>(0xC0 | (c >> 6)));
+            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+        } else if (c < 0x10000) {
+            out.push_back(static_cast<char>(0xE0 | (c >> 12)));
+            out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+        } else {
+            out.push_back(static_cast<char>(0xF0 | (c >> 18)));
+            out.push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
+            out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+        }
+    }
+    return out;
+}
+
+} // namespace Framework::Utf8

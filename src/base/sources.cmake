@@ -1,0 +1,3 @@
+target_sources(QanResourcesObjects PRIVATE
+    base/Settings.cpp
+    base/Unicode.cpp)
