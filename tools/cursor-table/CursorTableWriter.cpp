@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <optional>
 
-namespace QanTools::CursorTable {
+namespace QanTool::CursorTable {
 namespace {
 
 void PutU32(std::vector<std::byte>& out, std::uint32_t value) {
@@ -114,4 +114,4 @@ std::string WriteRcScriptForBinary(std::string_view binaryPath, int resourceId) 
     return rc;
 }
 
-} // namespace QanTools::CursorTable
+} // namespace QanTool::CursorTable

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace QanTools::CursorTable {
+namespace QanTool::CursorTable {
 
 // One cursor: its key as UTF-16 code units and its cursor resource number.
 struct Entry {
@@ -47,4 +47,4 @@ std::string WriteRcScript(std::span<const Entry> entries, int resourceId = 2);
 // A resource script that pulls the table from a binary file written with Write.
 std::string WriteRcScriptForBinary(std::string_view binaryPath, int resourceId = 2);
 
-} // namespace QanTools::CursorTable
+} // namespace QanTool::CursorTable

@@ -1,5 +1,5 @@
-// Bytes.h: small byte-level helpers shared by the file checkers: UTF-8 validation, the
-// byte-order mark, key order of the string tables and UTF-16 order of the icon files.
+// Bytes.h: small byte-level helpers shared by the file checkers: the byte-order mark,
+// UTF-16 order of the icon files and quoting for messages.
 #pragma once
 
 #include <cstddef>
@@ -9,14 +9,6 @@
 namespace QanTool {
 
 inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-// Offset of the first byte that does not start or continue a well-formed UTF-8 sequence,
-// or npos when all of bytes is UTF-8.
-std::size_t FindInvalidUtf8(std::string_view bytes);
-
-// The string tables' key order: a three-way comparison of unsigned bytes, shorter first
-// on a common prefix.
-int CompareKeyOrder(std::string_view a, std::string_view b);
 
 // UTF-16 code units of UTF-8 text (ill-formed bytes become U+FFFD), the order in which
 // the icon map and cursor table are searched on Windows.

@@ -2,6 +2,10 @@
 // of a module file with the library's own PE resource reader.
 #include "CursorTable.h"
 
+#include "Files.h"
+
+#include "base/Unicode.h"
+
 #include "Bytes.h"
 #include "CursorTableWriter.h"
 
@@ -55,7 +59,7 @@ std::vector<CursorEntry> ParseCursorList(std::string_view text,
             problems.push_back({lineNumber, "the name is empty"});
             continue;
         }
-        if (FindInvalidUtf8(name) != std::string_view::npos) {
+        if (Framework::Unicode::FindInvalidUtf8(name) != std::string_view::npos) {
             problems.push_back({lineNumber, "the name is not valid UTF-8"});
             continue;
         }
@@ -69,16 +73,16 @@ std::string EncodeCursorTable(std::vector<CursorEntry> entries) {
     // their list order, so the first listed is the one found.
     std::stable_sort(entries.begin(), entries.end(),
                      [](const CursorEntry& a, const CursorEntry& b) { return a.name < b.name; });
-    std::vector<QanTools::CursorTable::Entry> table;
+    std::vector<QanTool::CursorTable::Entry> table;
     for (const auto& e : entries)
         table.push_back({e.name, e.id});
-    const auto bytes = QanTools::CursorTable::Write(table);
+    const auto bytes = QanTool::CursorTable::Write(table);
     return std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 
 DecodedCursorTable DecodeCursorTable(std::string_view bytes) {
-    using QanTools::CursorTable::ReadStatus;
-    const auto read = QanTools::CursorTable::Read(
+    using QanTool::CursorTable::ReadStatus;
+    const auto read = QanTool::CursorTable::Read(
         std::as_bytes(std::span<const char>(bytes.data(), bytes.size())));
     DecodedCursorTable table;
     table.count = read.storedCount;
@@ -89,19 +93,8 @@ DecodedCursorTable DecodeCursorTable(std::string_view bytes) {
     return table;
 }
 
-namespace {
-
-std::optional<std::string> ReadWhole(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
-        return std::nullopt;
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-}
-
-} // namespace
-
 std::optional<std::string> ReadCursorTableFile(const std::string& path) {
-    auto file = ReadWhole(path);
+    auto file = ReadWholeFile(path);
     if (!file)
         return std::nullopt;
     if (!Framework::Platform::IsPeImage(
@@ -111,7 +104,7 @@ std::optional<std::string> ReadCursorTableFile(const std::string& path) {
 }
 
 std::optional<std::string> ReadCursorResource(const std::string& path) {
-    const auto whole = ReadWhole(path);
+    const auto whole = ReadWholeFile(path);
     if (!whole)
         return std::nullopt;
     const std::string& file = *whole;

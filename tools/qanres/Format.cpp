@@ -4,6 +4,10 @@
 // lines are dropped, because the library would read them as content nobody meant.
 #include "Format.h"
 
+#include "Files.h"
+
+#include "strings/StringTable.h"
+
 #include "Bytes.h"
 #include "Diagnostics.h"
 #include "IconMap.h"
@@ -61,14 +65,6 @@ std::string Reassemble(std::string_view b, std::string_view prefix,
     }
     out.append(b.substr(suffixBegin));
     return out;
-}
-
-std::optional<std::string> ReadFile(const std::filesystem::path& path) {
-    std::error_code ec;
-    if (!std::filesystem::is_regular_file(path, ec))
-        return std::nullopt;
-    std::ifstream in(path, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
 }
 
 } // namespace
@@ -129,7 +125,7 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
     std::vector<std::size_t> order(chunks.size());
     std::iota(order.begin(), order.end(), 0);
     std::stable_sort(order.begin(), order.end(), [&](std::size_t x, std::size_t y) {
-        return CompareKeyOrder(m.elements[x].id, m.elements[y].id) < 0;
+        return Framework::Internal::CompareKeys(m.elements[x].id, m.elements[y].id) < 0;
     });
 
     // The declaration on line 1 and the root start tag on line 2, so that the library's
@@ -174,7 +170,7 @@ bool FormatKeyTable(std::string_view b, std::string& out, std::string& reason) {
         lines.push_back(line);
     }
     std::stable_sort(lines.begin(), lines.end(), [](const KeyLine& x, const KeyLine& y) {
-        return CompareKeyOrder(x.key, y.key) < 0;
+        return Framework::Internal::CompareKeys(x.key, y.key) < 0;
     });
     out.clear();
     for (const auto& line : lines) {
@@ -230,7 +226,7 @@ FormatPlan PlanFormat(const std::filesystem::path& dir) {
     for (const char* table : kKeyTables)
         jobs.push_back({table, FormatKeyTable});
     for (const auto& job : jobs) {
-        const auto bytes = ReadFile(dir / job.name);
+        const auto bytes = ReadWholeFile(dir / job.name);
         if (!bytes)
             continue;
         std::string out, reason;

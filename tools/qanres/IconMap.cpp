@@ -3,6 +3,8 @@
 // comments, processing instructions, CDATA), plus the library's rules for "map".
 #include "IconMap.h"
 
+#include "base/Unicode.h"
+
 #include "Bytes.h"
 
 #include <cstdlib>
@@ -35,7 +37,7 @@ public:
     explicit Reader(std::string_view b) : b(b) {}
 
     IconMapView Run() {
-        if (std::size_t bad = FindInvalidUtf8(b); bad != std::string_view::npos)
+        if (std::size_t bad = Framework::Unicode::FindInvalidUtf8(b); bad != std::string_view::npos)
             Fail(bad, "invalid UTF-8: the XML parser rejects the file");
         if (b.substr(0, 3) == kByteOrderMark)
             pos = 3;

@@ -3,6 +3,11 @@
 // cross-file rules that the library's binary searches and lazy loading depend on.
 #include "Lint.h"
 
+#include "Files.h"
+
+#include "base/Unicode.h"
+#include "strings/StringTable.h"
+
 #include "Bytes.h"
 #include "CursorTable.h"
 #include "IconMap.h"
@@ -18,16 +23,6 @@
 
 namespace QanTool {
 namespace {
-
-std::optional<std::string> ReadFile(const std::filesystem::path& path) {
-    std::error_code ec;
-    if (!std::filesystem::is_regular_file(path, ec))
-        return std::nullopt;
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
-        return std::nullopt;
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-}
 
 // Wide keys are searched as UTF-16 on Windows and as code points elsewhere; the two
 // orders differ only where a supplementary character meets U+E000 to U+FFFF. Names the
@@ -61,7 +56,7 @@ public:
             {kFullStrings, TextRole::Full},
             {kOverrideStrings, TextRole::Override}};
         for (const auto& [name, role] : textFiles)
-            if (auto bytes = ReadFile(dir / name))
+            if (auto bytes = ReadWholeFile(dir / name))
                 texts[name] = CheckTextFile(name, *bytes, role);
         CheckTextFilesTogether(texts);
 
@@ -71,12 +66,12 @@ public:
                 for (const auto& e : entries)
                     knownIds.insert(e.id);
         for (const char* name : kKeyTables)
-            if (auto bytes = ReadFile(dir / name))
+            if (auto bytes = ReadWholeFile(dir / name))
                 CheckKeyTable(name, *bytes, texts.empty() ? nullptr : &knownIds);
 
-        if (auto bytes = ReadFile(dir / kIconMap))
+        if (auto bytes = ReadWholeFile(dir / kIconMap))
             CheckIconMap(kIconMap, *bytes);
-        if (ReadFile(dir / kIconLibrary)) {
+        if (ReadWholeFile(dir / kIconLibrary)) {
             if (auto table = ReadCursorResource((dir / kIconLibrary).string()))
                 CheckCursorTable(kIconLibrary, *table);
             else
@@ -84,7 +79,7 @@ public:
                       "not a module holding a cursor table (raw-data resource 2): every cursor "
                       "look-up misses");
         }
-        if (auto bytes = ReadFile(dir / kCursorTable))
+        if (auto bytes = ReadWholeFile(dir / kCursorTable))
             CheckCursorTable(kCursorTable, *bytes);
         return std::move(list);
     }
@@ -219,11 +214,13 @@ private:
                 Error(file, lines.At(closingQuote + 1),
                       "'>' must follow the id's closing quote directly: the library steps over "
                       "one byte unseen and reads the rest as text");
-            if (std::size_t bad = FindInvalidUtf8(el.id); bad != std::string_view::npos)
+            if (std::size_t bad = Framework::Unicode::FindInvalidUtf8(el.id);
+                bad != std::string_view::npos)
                 Error(file, lines.At(el.idOffset + bad), "invalid UTF-8 in the id");
             if (el.id.empty())
                 Warning(file, lines.At(el.idOffset), "empty id");
-            if (std::size_t bad = FindInvalidUtf8(el.text); bad != std::string_view::npos)
+            if (std::size_t bad = Framework::Unicode::FindInvalidUtf8(el.text);
+                bad != std::string_view::npos)
                 Error(file, lines.At(el.textOffset + bad),
                       "invalid UTF-8 in the text: it is handed out as U+FFFD");
             if (std::size_t nul = el.text.find('\0'); nul != std::string_view::npos)
@@ -247,7 +244,8 @@ private:
         const ReaderRow* previous = nullptr;
         for (const auto& row : reader.rows) {
             const Position at = lines.At(row.idOffset - 1);
-            if (role != TextRole::Override && previous && CompareKeyOrder(row.id, previous->id) < 0)
+            if (role != TextRole::Override && previous &&
+                Framework::Internal::CompareKeys(row.id, previous->id) < 0)
                 Error(file, at,
                       "id " + Quote(row.id) + " is out of order: it sorts before " +
                           Quote(previous->id) + " on line " +
@@ -327,7 +325,8 @@ private:
             if (!line.lineFeed)
                 Error(file, {lineNumber, static_cast<int>(line.text.size()) + 1},
                       "the last line has no line feed: the library drops it");
-            if (std::size_t bad = FindInvalidUtf8(line.text); bad != std::string_view::npos)
+            if (std::size_t bad = Framework::Unicode::FindInvalidUtf8(line.text);
+                bad != std::string_view::npos)
                 Error(file, index.At(line.offset + bad), "invalid UTF-8");
             std::string_view key = line.key;
             if (lineNumber == 1 && key.substr(0, 3) == kByteOrderMark)
@@ -341,7 +340,7 @@ private:
                 (!line.id.empty() && (line.id.front() == ' ' || line.id.front() == '\t')))
                 Warning(file, commaAt,
                         "space beside the comma: it belongs to the key or id (nothing is trimmed)");
-            if (previous && CompareKeyOrder(line.key, previous->key) < 0)
+            if (previous && Framework::Internal::CompareKeys(line.key, previous->key) < 0)
                 Error(file, start,
                       "key " + Quote(line.key) + " is out of order: it sorts before " +
                           Quote(previous->key) + " on line " + std::to_string(previousLine) +

@@ -4,7 +4,7 @@
 
 #include "Escape.h"
 
-#include "platform/Utf8.h"
+#include "base/Unicode.h"
 
 #include <framework/QanResources.h>
 

@@ -7,6 +7,7 @@ if(NOT TARGET qanres_tool_core)
         ${dir}/CursorTable.cpp
         ${dir}/Diagnostics.cpp
         ${dir}/Escape.cpp
+        ${dir}/Files.cpp
         ${dir}/Format.cpp
         ${dir}/IconMap.cpp
         ${dir}/KeyTable.cpp

@@ -3,6 +3,7 @@
 // Exit status: 0 found or clean, 1 nothing found or a fault found, 2 usage error.
 #include "Bytes.h"
 #include "CursorTable.h"
+#include "Files.h"
 #include "Format.h"
 #include "Lint.h"
 #include "Lookups.h"
@@ -29,10 +30,10 @@ bool IsDirectory(const std::string& dir) {
 }
 
 int CursorWrite(const std::string& listPath, const std::string& outPath, bool force) {
-    std::ifstream in(listPath, std::ios::binary);
-    if (!in)
+    const auto read = QanTool::ReadWholeFile(listPath);
+    if (!read)
         return Usage("cannot read " + listPath);
-    const std::string list((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    const std::string& list = *read;
     std::error_code ec;
     if (!force && std::filesystem::exists(outPath, ec))
         return Usage(outPath + " exists (use --force to replace it)");
@@ -71,7 +72,7 @@ int CursorDump(const std::string& path) {
 int main(int argc, char** argv) {
     CLI::App app{"qanres: looks up, checks and formats the resources of the Qan suite"};
     app.name("qanres");
-    app.set_version_flag("--version", "qanres 1.0.0");
+    app.set_version_flag("--version", "qanres " QANRES_VERSION);
     app.require_subcommand(1);
     // Options such as --escape may stand after the command too.
     app.fallthrough();
