@@ -34,10 +34,4 @@ void UnescapeControlInPlace(QanStringT<wchar_t>& text, wchar_t ch) {
     text.resize(out);
 }
 
-QanStringT<wchar_t> UnescapeControl(const QanStringT<wchar_t>& text, wchar_t ch) {
-    QanStringT<wchar_t> result = text;
-    UnescapeControlInPlace(result, ch);
-    return result;
-}
-
 } // namespace Framework::Internal

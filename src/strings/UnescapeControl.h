@@ -6,9 +6,9 @@
 
 namespace Framework::Internal {
 
-// The escape letter is "t" for ch 9, "r" for ch 13 and "n" for any other ch.
-QanStringT<wchar_t> UnescapeControl(const QanStringT<wchar_t>& text, wchar_t ch);
-// The same, rewriting text in place (it only ever shrinks).
+// Rewrites text in place (it only ever shrinks). The escape letter is "t" for ch 9, "r"
+// for ch 13 and "n" for any other ch: UnescapeControlInPlace(t, 9) turns "a\\tb" into
+// "a<TAB>b" and leaves "\\\\t" as it is.
 void UnescapeControlInPlace(QanStringT<wchar_t>& text, wchar_t ch);
 
 } // namespace Framework::Internal

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <memory>
 #include <thread>
 
 namespace {
@@ -128,13 +129,34 @@ TEST(IconLookup, AMissingLocationIsAHitAndTheMapIsNeverSorted) {
     EXPECT_FALSE(LoadPlatformIconResourceCollection()->GetResource(L"a"));
 }
 
-// Paths that do not exist: each thread asks for them all while the cache fills up.
-TEST(PathKindCache, ConcurrentLookUpsAgree) {
-    const auto lookUps = [] {
-        for (int i = 0; i < 1000; ++i)
-            EXPECT_EQ(GetPathKind(L"no such path " + std::to_wstring(i % 100)), PathKind::None);
+// Four threads fill the cache at once with files, folders and missing locations, each in
+// its own order: every answer is the location's kind, and once the locations are gone
+// the cache still answers what it stored.
+TEST(PathKindCache, ConcurrentLookUpsAnswerEachLocationsKindAndKeepIt) {
+    auto root = std::make_unique<QanTest::TempDir>();
+    std::vector<std::pair<std::wstring, PathKind>> locations;
+    for (int i = 0; i < 60; ++i) {
+        const std::string name = "location " + std::to_string(i);
+        PathKind kind = PathKind::None;
+        if (i % 3 == 0) {
+            root->Write(name, "x");
+            kind = PathKind::File;
+        } else if (i % 3 == 1) {
+            std::filesystem::create_directories(root->Path() / name);
+            kind = PathKind::Folder;
+        }
+        locations.emplace_back((root->Path() / name).wstring(), kind);
+    }
+    const auto lookUps = [&](std::size_t start) {
+        for (std::size_t i = 0; i < locations.size() * 5; ++i) {
+            const auto& [path, kind] = locations[(start + i * 7) % locations.size()];
+            EXPECT_EQ(GetPathKind(path), kind) << std::filesystem::path(path);
+        }
     };
-    std::jthread a(lookUps), b(lookUps), c(lookUps), d(lookUps);
+    { std::jthread a(lookUps, 0), b(lookUps, 15), c(lookUps, 30), d(lookUps, 45); }
+    root.reset(); // every location is gone now
+    for (const auto& [path, kind] : locations)
+        EXPECT_EQ(GetPathKind(path), kind) << std::filesystem::path(path);
 }
 
 } // namespace

@@ -1,15 +1,10 @@
-// The exported functions: what each forwards to, the buffer variants at their bounds, and
-// the settings they write.
+// The exported functions: what each forwards to, and the buffer variants at their bounds.
 #include "ScriptedService.h"
-
-#include "base/Settings.h"
-#include "platform/Path.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 using Framework::Resources;
-using Framework::Path::Combine;
 using QanTest::ScriptedService;
 using Strings = std::vector<std::wstring>;
 
@@ -73,28 +68,6 @@ TEST(BufferVariants, AtTheirBounds) {
             EXPECT_EQ(std::wstring(buffer), row.buffer);
         }
     }
-}
-
-TEST(Settings, SettersWriteTheirSettingsInPlace) {
-    Resources::SetResourceDirectories(L"m", L"r", L"i", L"base", L"sub");
-    const auto& settings = Framework::Internal::ProcessSettings();
-    EXPECT_EQ(settings.masterStringDirectory, L"m");
-    EXPECT_EQ(settings.resourceDirectory, L"r");
-    EXPECT_EQ(settings.iconDirectory, L"i");
-    EXPECT_EQ(settings.iconSubdirectory, L"sub");
-    EXPECT_EQ(settings.imagesDirectory, Combine(L"base", L"Images"));
-    EXPECT_EQ(settings.cursorsDirectory, Combine(L"base", L"Cursors"));
-
-    Resources::SetResourceDirectories(L"m", L"r", L"i", L"other", L"sub");
-    EXPECT_EQ(settings.imagesDirectory, Combine(L"other", L"Images"));
-    EXPECT_EQ(settings.cursorsDirectory, Combine(L"other", L"Cursors"));
-    Resources::SetMasterStringDirectory(L"elsewhere");
-    EXPECT_EQ(settings.masterStringDirectory, L"elsewhere");
-    EXPECT_EQ(settings.resourceDirectory, L"r");
-    Resources::SetAppName(L"SchemaWright");
-    EXPECT_EQ(settings.appName, L"SchemaWright");
-    EXPECT_EQ(Resources::PREFIX_EXTENSION, L"ext://");
-    EXPECT_EQ(Resources::GUID_EXTENSION, L"guid://");
 }
 
 } // namespace

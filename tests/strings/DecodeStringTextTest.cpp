@@ -46,6 +46,10 @@ TEST(DecodeStringText, UnknownOrMalformedReferencesStayAsWritten) {
 // The escape letter is "t" for 9, "r" for 13 and "n" for any other character; the
 // look-behind sees only the one character before the pair as this pass received it.
 TEST(UnescapeControl, LetterAndLookBehind) {
+    const auto UnescapeControl = [](std::wstring text, wchar_t ch) {
+        UnescapeControlInPlace(text, ch);
+        return text;
+    };
     EXPECT_EQ(UnescapeControl(L"\\t\\r\\n\\\\t", 9), L"\t\\r\\n\\\\t");
     EXPECT_EQ(UnescapeControl(L"\\t\\r\\n", 13), L"\\t\r\\n");
     EXPECT_EQ(UnescapeControl(L"\\t\\r\\n\\n", L'#'), L"\\t\\r##");

@@ -1,7 +1,5 @@
 // Stripping menu decorations: ampersands (1), accelerator after a tab (2), printf
 // conversions (4) and hyphens (8), in one pass that checks "&", "-", tab, "%" in that order.
-#include "TextChecks.h"
-
 #include <framework/StripMenuText.h>
 
 #include <gtest/gtest.h>
@@ -9,7 +7,7 @@
 #include <string>
 #include <tuple>
 
-void TextChecks::Strip() {
+TEST(StripMenuText, DecorationsAndEveryFlagCombination) {
     const std::wstring all = L"&Save-As %d && more\tCtrl+-\tx";
     const std::tuple<std::wstring, unsigned, std::wstring> rows[] = {
         {L"&Open...\tCtrl+O", 3, L"Open..."},
@@ -56,8 +54,4 @@ void TextChecks::Strip() {
             EXPECT_EQ(stripped, expected) << text << " with flags " << (flags | other);
         }
     }
-}
-
-TEST(StripMenuText, DecorationsAndEveryFlagCombination) {
-    TextChecks::Strip();
 }

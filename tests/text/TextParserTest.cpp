@@ -1,7 +1,5 @@
 // TextParser: the getters with each one's fallback, the field reader beneath them, and the
 // builders. Texts here write the field marker U+0001 as "|", which no text otherwise holds.
-#include "TextChecks.h"
-
 #include "text/FindTaggedField.h"
 
 #include <framework/TextParser.h>
@@ -26,7 +24,7 @@ static std::wstring Marked(std::wstring text) {
 }
 
 // For each text, what each getter gives, in the order of Fields; N: false with out empty.
-void TextChecks::Getters() {
+TEST(TextParserGetters, EveryGetterOnEveryText) {
     bool (*const getters[6])(const wchar_t*, QanStringT<wchar_t>&) = {
         TextParser::GetCaptionText,   TextParser::GetLongPromptText, TextParser::GetTipText,
         TextParser::GetTipHeaderText, TextParser::GetTipGuid,        TextParser::GetVersionNewIn};
@@ -72,10 +70,6 @@ void TextChecks::Getters() {
     }
 }
 
-TEST(TextParserGetters, EveryGetterOnEveryText) {
-    TextChecks::Getters();
-}
-
 TEST(FindTaggedField, CodeUnitsPassThroughUndecoded) {
     const std::wstring value{L'x', wchar_t(0xD800), wchar_t(0xFFFF), L'\0', wchar_t(WCHAR_MAX)};
     std::wstring out;
@@ -103,7 +97,7 @@ TEST(TextParserBuilders, SlashFormsAndBuiltFieldOrder) {
 
 // The walk over a tagged text goes on only across doubled markers, and the field before
 // them keeps one marker; explicit arguments, copied literally, win over the text's fields.
-void TextChecks::Combine() {
+TEST(CombineString, UntaggedCaptionAndTheMarkerWalk) {
     const std::tuple<const wchar_t*, Fields, const wchar_t*> rows[] = {
         // An untagged text, whole, becomes the caption unless one is given.
         {L"Open", {}, L"|CT=Open"},
@@ -133,8 +127,4 @@ void TextChecks::Combine() {
             TextParser::CombineString(text ? in.c_str() : N, f[0], f[1], f[2], f[3], f[4], f[5]);
         EXPECT_EQ(merged, Marked(expected)) << text;
     }
-}
-
-TEST(CombineString, UntaggedCaptionAndTheMarkerWalk) {
-    TextChecks::Combine();
 }
