@@ -19,4 +19,13 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/QanResourcesConfigVersion
                                  COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/QanResourcesConfig.cmake
               ${PROJECT_BINARY_DIR}/QanResourcesConfigVersion.cmake
+              cmake/QanResourcesCheck.cmake
         DESTINATION ${QANRES_CMAKE_DIR})
+
+# pkg-config: hosts without CMake write `pkg-config --cflags --libs QanResources`. The
+# file names its prefix relative to its own folder.
+set(QANRES_PC_DIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH QANRES_PC_TO_PREFIX /root/${QANRES_PC_DIR} /root)
+string(REGEX REPLACE "/$" "" QANRES_PC_TO_PREFIX "${QANRES_PC_TO_PREFIX}")
+configure_file(cmake/QanResources.pc.in ${PROJECT_BINARY_DIR}/QanResources.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/QanResources.pc DESTINATION ${QANRES_PC_DIR})

@@ -1,0 +1,62 @@
+# bash completion for qanres: commands, options, and directories or files where they go.
+_qanres() {
+    local cur prev words cword
+    _init_completion || return
+
+    local commands="string caption tooltip-header tooltip-body icon cursor icon-path
+        image-path legacy-guid legacy-string strip-menu lint fmt cursor-table"
+    local options="--master-strings --resources --icons --base --icon-subdir --app --escape
+        --help --version"
+
+    case $prev in
+    --master-strings | --resources | --icons | --base)
+        _filedir -d
+        return
+        ;;
+    --icon-subdir | --app)
+        return
+        ;;
+    esac
+
+    # The command is the first word that is neither an option nor an option's value.
+    local i command=""
+    for ((i = 1; i < cword; i++)); do
+        case ${words[i]} in
+        --master-strings | --resources | --icons | --base | --icon-subdir | --app) ((i++)) ;;
+        -*) ;;
+        *)
+            command=${words[i]}
+            break
+            ;;
+        esac
+    done
+
+    case $command in
+    "")
+        COMPREPLY=($(compgen -W "$commands $options" -- "$cur"))
+        ;;
+    lint)
+        _filedir -d
+        ;;
+    fmt)
+        if [[ $cur == -* ]]; then
+            COMPREPLY=($(compgen -W "--check" -- "$cur"))
+        else
+            _filedir -d
+        fi
+        ;;
+    cursor-table)
+        if [[ $prev == cursor-table ]]; then
+            COMPREPLY=($(compgen -W "write dump" -- "$cur"))
+        elif [[ $cur == -* ]]; then
+            COMPREPLY=($(compgen -W "--force" -- "$cur"))
+        else
+            _filedir
+        fi
+        ;;
+    *)
+        COMPREPLY=($(compgen -W "$options" -- "$cur"))
+        ;;
+    esac
+}
+complete -F _qanres qanres
