@@ -3,6 +3,7 @@
 // look-ups after the repair and its untouched files after a refusal, are run end to end.
 #include "Format.h"
 
+#include "platform/DurableWrite.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -68,13 +69,80 @@ TEST(Format, RepairsEveryFileFormAndRefusesWhatNeedsAGuess) {
     }
 }
 
-TEST(Format, EachRepairIsRenamedIntoPlaceLeavingNothingBeside) {
+std::size_t FilesIn(const std::filesystem::path& dir) {
+    std::size_t count = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(dir))
+        count += entry.is_directory() ? 0 : 1;
+    return count;
+}
+
+TEST(Format, EachRepairIsRenamedIntoPlaceKeepingItsModeAndLeavingNothingBeside) {
     QanTest::TempDir dir;
     dir.Write("string.csv", "kb,B\r\nka,A");
+    dir.Write("caption.csv", "c,C\r\n");
+    constexpr auto readOnly = std::filesystem::perms::owner_read |
+                              std::filesystem::perms::group_read |
+                              std::filesystem::perms::others_read;
+    std::filesystem::permissions(dir.Path() / "string.csv", readOnly);
     const auto plan = QanTool::PlanFormat(dir.Path());
-    ASSERT_EQ(plan.changes.size(), 1u) << plan.refusal;
-    ASSERT_EQ(QanTool::ApplyFormat(dir.Path(), plan), "");
+    ASSERT_EQ(plan.changes.size(), 2u) << plan.refusal;
+    const auto result = QanTool::ApplyFormat(dir.Path(), plan);
+    ASSERT_EQ(result.error, "");
+    EXPECT_EQ(result.replaced, (std::vector<std::string>{"string.csv", "caption.csv"}));
     EXPECT_EQ(QanTest::ReadAll(dir.Path() / "string.csv"), "ka,A\nkb,B\n");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.Path()), {}), 1);
+    EXPECT_EQ(std::filesystem::status(dir.Path() / "string.csv").permissions() &
+                  std::filesystem::perms::mask,
+              readOnly);
+    EXPECT_EQ(FilesIn(dir.Path()), 2u);
     EXPECT_TRUE(QanTool::PlanFormat(dir.Path()).changes.empty());
 }
+
+// Every way of failing before the first rename leaves every original as it was and no
+// new file behind.
+TEST(Format, NothingIsReplacedWhenAnyFileCannotBeWrittenOrChangedMeanwhile) {
+    QanTest::TempDir dir;
+    dir.Write("string.csv", "kb,B\nka,A\n");
+    dir.Write("caption.csv", "cb,B\nca,A\n");
+    auto plan = QanTool::PlanFormat(dir.Path());
+    ASSERT_EQ(plan.changes.size(), 2u);
+
+    auto edited = plan; // an editor saves caption.csv while fmt runs
+    dir.Write("caption.csv", "ca,A\n");
+    auto result = QanTool::ApplyFormat(dir.Path(), edited);
+    EXPECT_NE(result.error.find("caption.csv changed since fmt read it"), std::string::npos)
+        << result.error;
+    EXPECT_TRUE(result.replaced.empty());
+    EXPECT_EQ(QanTest::ReadAll(dir.Path() / "string.csv"), "kb,B\nka,A\n");
+    EXPECT_EQ(QanTest::ReadAll(dir.Path() / "caption.csv"), "ca,A\n");
+    EXPECT_EQ(FilesIn(dir.Path()), 2u);
+
+    dir.Write("caption.csv", "cb,B\nca,A\n");
+    auto unwritable = QanTool::PlanFormat(dir.Path());
+    unwritable.changes.push_back({"no such folder/strings.xml", "x", "y"});
+    result = QanTool::ApplyFormat(dir.Path(), unwritable);
+    EXPECT_NE(result.error, "");
+    EXPECT_TRUE(result.replaced.empty());
+    EXPECT_EQ(QanTest::ReadAll(dir.Path() / "string.csv"), "kb,B\nka,A\n");
+    EXPECT_EQ(FilesIn(dir.Path()), 2u);
+}
+
+#ifndef _WIN32
+// A link is never replaced by a regular file, and a new file is never created through one.
+TEST(Format, LinksAreRefusedAndNeverFollowedWhenWriting) {
+    QanTest::TempDir dir, elsewhere;
+    const auto target = elsewhere.Write("string.csv", "kb,B\nka,A\n");
+    std::filesystem::create_symlink(target, dir.Path() / "string.csv");
+    const auto plan = QanTool::PlanFormat(dir.Path());
+    EXPECT_TRUE(plan.changes.empty());
+    EXPECT_NE(plan.refusal.find("string.csv is a symbolic link"), std::string::npos);
+    EXPECT_TRUE(std::filesystem::is_symlink(dir.Path() / "string.csv"));
+    EXPECT_EQ(QanTest::ReadAll(target), "kb,B\nka,A\n");
+
+    const auto victim = elsewhere.Write("victim", "kept");
+    std::filesystem::create_symlink(victim, dir.Path() / "new");
+    EXPECT_NE(Framework::Platform::CreateFileDurably(dir.Path() / "new", "overwritten",
+                                                     std::filesystem::perms::owner_all),
+              "");
+    EXPECT_EQ(QanTest::ReadAll(victim), "kept");
+}
+#endif

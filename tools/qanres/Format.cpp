@@ -4,22 +4,22 @@
 // lines are dropped, because the library would read them as content nobody meant.
 #include "Format.h"
 
-#include "Files.h"
-
-#include "strings/StringTable.h"
-
 #include "Bytes.h"
 #include "Diagnostics.h"
+#include "Files.h"
 #include "IconMap.h"
 #include "KeyTable.h"
 #include "Lint.h"
 #include "TextFile.h"
 
+#include "platform/DurableWrite.h"
+#include "strings/StringTable.h"
+
 #include <algorithm>
-#include <fstream>
 #include <iterator>
 #include <numeric>
 #include <optional>
+#include <random>
 
 namespace QanTool {
 namespace {
@@ -235,31 +235,92 @@ FormatPlan PlanFormat(const std::filesystem::path& dir) {
             plan.refusal = job.name + ":" + reason;
             return plan;
         }
-        if (out != *bytes)
-            plan.changes.push_back({job.name, std::move(out)});
+        if (out == *bytes)
+            continue;
+        // Replacing a link would cut it and leave its target as it was; formatting the
+        // target would rewrite a file outside the directory fmt was given.
+        std::error_code ec;
+        if (std::filesystem::is_symlink(dir / job.name, ec)) {
+            plan.changes.clear();
+            plan.refusal = job.name + " is a symbolic link: run fmt on the directory of its target";
+            return plan;
+        }
+        plan.changes.push_back({job.name, std::move(out), *bytes});
     }
     return plan;
 }
 
-std::string ApplyFormat(const std::filesystem::path& dir, const FormatPlan& plan) {
+namespace {
+
+// A name of its own beside target, hidden from directory listings, never one that exists.
+std::filesystem::path TemporaryBeside(const std::filesystem::path& target, unsigned attempt) {
+    static std::mt19937_64 random{std::random_device{}()};
+    auto name = "." + target.filename().string() + ".qanres-";
+    name += std::to_string(random() % 1000000000u) + "-" + std::to_string(attempt);
+    return target.parent_path() / name;
+}
+
+void RemoveAll(const std::vector<std::filesystem::path>& paths) {
+    std::error_code ec;
+    for (const auto& path : paths)
+        std::filesystem::remove(path, ec);
+}
+
+} // namespace
+
+FormatResult ApplyFormat(const std::filesystem::path& dir, const FormatPlan& plan) {
+    FormatResult result;
+    std::vector<std::filesystem::path> temporaries;
     for (const auto& change : plan.changes) {
         const auto target = dir / change.name;
-        auto temporary = target;
-        temporary += ".qanres-new";
-        {
-            std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-            out.write(change.bytes.data(), static_cast<std::streamsize>(change.bytes.size()));
-            if (!out.flush())
-                return "cannot write " + temporary.string();
-        }
         std::error_code ec;
-        std::filesystem::rename(temporary, target, ec);
+        const auto perms = std::filesystem::status(target, ec).permissions();
         if (ec) {
-            std::filesystem::remove(temporary, ec);
-            return "cannot replace " + target.string();
+            result.error = "cannot read the mode of " + target.string();
+            break;
+        }
+        std::string error;
+        for (unsigned attempt = 0; attempt < 8; ++attempt) {
+            const auto temporary = TemporaryBeside(target, attempt);
+            error = Framework::Platform::CreateFileDurably(temporary, change.bytes, perms);
+            if (error.empty()) {
+                temporaries.push_back(temporary);
+                break;
+            }
+            if (std::filesystem::symlink_status(temporary, ec).type() ==
+                std::filesystem::file_type::not_found)
+                break; // not a name clash: the directory or the disk refused
+        }
+        if (!error.empty()) {
+            result.error = error;
+            break;
         }
     }
-    return {};
+    // An edit saved while fmt ran wins: nothing is replaced.
+    for (std::size_t i = 0; result.error.empty() && i < temporaries.size(); ++i) {
+        const auto& change = plan.changes[i];
+        const auto now = ReadWholeFile(dir / change.name);
+        if (!now || *now != change.original)
+            result.error = change.name + " changed since fmt read it; nothing was replaced";
+    }
+    if (!result.error.empty()) {
+        RemoveAll(temporaries);
+        return result;
+    }
+    for (std::size_t i = 0; i < temporaries.size(); ++i) {
+        std::error_code ec;
+        std::filesystem::rename(temporaries[i], dir / plan.changes[i].name, ec);
+        if (ec) {
+            result.error =
+                "cannot replace " + (dir / plan.changes[i].name).string() + ": " + ec.message();
+            RemoveAll({temporaries.begin() + static_cast<std::ptrdiff_t>(i), temporaries.end()});
+            break;
+        }
+        result.replaced.push_back(plan.changes[i].name);
+    }
+    for (const auto& name : result.replaced)
+        Framework::Platform::SyncDirectory((dir / name).parent_path());
+    return result;
 }
 
 } // namespace QanTool

@@ -9,8 +9,9 @@
 namespace QanTool {
 
 struct FileChange {
-    std::string name;  // relative to the directory
-    std::string bytes; // the new content
+    std::string name;     // relative to the directory
+    std::string bytes;    // the new content
+    std::string original; // the content as read, to notice an edit made in the meantime
 };
 
 struct FormatPlan {
@@ -22,9 +23,16 @@ struct FormatPlan {
 // cannot be repaired without guessing what its author meant.
 FormatPlan PlanFormat(const std::filesystem::path& dir);
 
-// Writes each change to a new file beside the old one and renames it into place.
-// Returns an error message, empty on success.
-std::string ApplyFormat(const std::filesystem::path& dir, const FormatPlan& plan);
+struct FormatResult {
+    std::vector<std::string> replaced; // the files replaced, in the order of the plan
+    std::string error;                 // empty on success
+};
+
+// Writes every change to a new file of its own beside the old one (created exclusively,
+// with the old one's mode, flushed to the disk), and only when all are written and no
+// original changed since it was read, renames them into place. Any failure before the
+// first rename leaves every original as it was and no new file behind.
+FormatResult ApplyFormat(const std::filesystem::path& dir, const FormatPlan& plan);
 
 // The single-file rewrites, exposed for tests; each returns false with a reason (the
 // position as "line:column: ") when it refuses.

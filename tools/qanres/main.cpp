@@ -183,14 +183,18 @@ int main(int argc, char** argv) {
             status = Usage("fmt refused, nothing changed: " + plan.refusal);
             return;
         }
-        for (const auto& change : plan.changes)
-            std::cout << (check ? "would reformat " : "reformatted ") << change.name << '\n';
         if (check) {
+            for (const auto& change : plan.changes)
+                std::cout << "would reformat " << change.name << '\n';
             status = plan.changes.empty() ? 0 : 1;
             return;
         }
-        if (const std::string error = QanTool::ApplyFormat(dir, plan); !error.empty())
-            status = Usage(error);
+        // Only files that were really replaced are reported as reformatted.
+        const auto result = QanTool::ApplyFormat(dir, plan);
+        for (const auto& name : result.replaced)
+            std::cout << "reformatted " << name << '\n';
+        if (!result.error.empty())
+            status = Usage(result.error);
     });
 
     auto* cursors = app.add_subcommand("cursor-table", "write or dump a cursor table");
