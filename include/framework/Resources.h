@@ -84,7 +84,8 @@ public:
     // Example: GetIconPath(GUID_EXTENSION + L"File.Open")
     static const QanStringT<wchar_t> GUID_EXTENSION;
 
-    // The look-ups: from any thread, once configured; each asks GetImpl() at every call.
+    // The look-ups: from any thread, once configured. Each that needs the service asks
+    // GetImpl() at every call, so a test service installed later is seen at once.
 
     // Returns the string of key: the string files through string.csv, else a legacy String
     // registration loaded through the injected loader; empty on a miss. Here and in the
