@@ -11,12 +11,20 @@
 
 namespace QanResources {
 
+// What the control library hands down. loadString(module, id) returns the text of the
+// string resource id in module, empty when there is none; it is called from look-ups on
+// any thread.
 struct QanCtlDependency {
     std::function<QanStringT<wchar_t>(HINSTANCE, std::uint32_t)> loadString;
 };
 
-// Replaces the process-wide loader with a copy of dependency.loadString (empty allowed).
-// Call during start-up, before any thread looks up strings.
+// InjectQanCtlDependency()
+//
+// Replaces the process-wide loader of legacy strings with a copy of
+// dependency.loadString; the last call wins. Before any call, and after injecting an empty
+// function, every legacy string is empty. Configuration: call before the first look-up,
+// on one thread (the exchange takes no lock).
+// Example: InjectQanCtlDependency({.loadString = &LoadCtlString});
 QANRESOURCES_API void InjectQanCtlDependency(QanCtlDependency dependency);
 
 } // namespace QanResources
