@@ -1,4 +1,5 @@
 target_sources(QanResourcesObjects PRIVATE
+    platform/Console.cpp
     platform/Platform.cpp
     platform/Path.cpp
     platform/PeResources.cpp)

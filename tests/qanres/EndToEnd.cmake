@@ -1,4 +1,10 @@
-# End-to-end tests of the qanres tool: each runs the binary through RunTool.cmake.
+# End-to-end tests of the qanres tool: each runs the binary through RunTool.cmake. On a
+# cross build the tool runs under the emulator (Wine), with the same goldens.
+set(tool $<TARGET_FILE:qanres>)
+if(CMAKE_CROSSCOMPILING_EMULATOR)
+    list(JOIN CMAKE_CROSSCOMPILING_EMULATOR "|" emulator)
+    set(tool "${emulator}|${tool}")
+endif()
 set(run ${CMAKE_CURRENT_SOURCE_DIR}/RunTool.cmake)
 set(golden ${CMAKE_CURRENT_SOURCE_DIR}/golden)
 set(ex ${PROJECT_SOURCE_DIR}/examples)
@@ -16,7 +22,7 @@ function(qanres_tool_test name rc goldenFile)
         list(APPEND extra -DGOLDEN=${golden}/${goldenFile})
     endif()
     add_test(NAME qanres.${name}
-             COMMAND ${CMAKE_COMMAND} -DTOOL=$<TARGET_FILE:qanres> "-DARGS=${args}"
+             COMMAND ${CMAKE_COMMAND} "-DTOOL=${tool}" "-DARGS=${args}"
                      -DEXPECT_RC=${rc} -DSRC=${PROJECT_SOURCE_DIR} ${extra} ${QANRES_TEST_EXTRA}
                      -P ${run})
 endfunction()
@@ -66,7 +72,7 @@ foreach(usage "no-command" "missing-key:string" "unknown-command:frobnicate|x"
         list(GET parts 1 args)
     endif()
     add_test(NAME qanres.usage.${name}
-             COMMAND ${CMAKE_COMMAND} -DTOOL=$<TARGET_FILE:qanres> "-DARGS=${args}"
+             COMMAND ${CMAKE_COMMAND} "-DTOOL=${tool}" "-DARGS=${args}"
                      -DEXPECT_RC=2 "-DSTDERR_MATCH=^qanres: error: " -P ${run})
 endforeach()
 
@@ -75,8 +81,8 @@ qanres_tool_test(lint.examples-clean 0 empty.txt lint ${ex}/resources)
 qanres_tool_test(lint.faulty 1 lint-faulty.txt lint ${CMAKE_CURRENT_SOURCE_DIR}/data/faulty)
 qanres_tool_test(fmt.check-examples 0 empty.txt fmt --check ${ex}/resources)
 add_test(NAME qanres.fmt.round-trip
-         COMMAND ${CMAKE_COMMAND} -DTOOL=$<TARGET_FILE:qanres>
-                 -DDATA=${CMAKE_CURRENT_SOURCE_DIR}/data -DWORK=${CMAKE_CURRENT_BINARY_DIR}/fmt
+         COMMAND ${CMAKE_COMMAND} "-DTOOL=${tool}"
+                 -DDATA=${CMAKE_CURRENT_SOURCE_DIR}/data "-DWORK=${CMAKE_CURRENT_BINARY_DIR}/fmt-Grüße"
                  -P ${CMAKE_CURRENT_SOURCE_DIR}/FmtRoundTrip.cmake)
 
 # Cursors, when the example icon library could be built.
@@ -89,7 +95,7 @@ if(TARGET qanres_example_icons)
     qanres_tool_test(lint.icon-library 0 empty.txt lint ${library})
     set(QANRES_TEST_EXTRA)
     add_test(NAME qanres.cursor-table.write-round-trip
-             COMMAND ${CMAKE_COMMAND} -DTOOL=$<TARGET_FILE:qanres>
+             COMMAND ${CMAKE_COMMAND} "-DTOOL=${tool}"
                      -DLIST=${CMAKE_CURRENT_SOURCE_DIR}/data/cursors.txt
                      -DWORK=${CMAKE_CURRENT_BINARY_DIR}/cursor-table
                      -DGOLDEN=${golden}/cursor-table-list.txt

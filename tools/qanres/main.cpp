@@ -8,6 +8,8 @@
 #include "Lint.h"
 #include "Lookups.h"
 
+#include "platform/Console.h"
+
 #include <CLI/CLI.hpp>
 
 #include <filesystem>
@@ -24,18 +26,20 @@ int Usage(const std::string& message) {
     return kUsageError;
 }
 
+using QanTool::PathFromUtf8;
+
 bool IsDirectory(const std::string& dir) {
     std::error_code ec;
-    return std::filesystem::is_directory(dir, ec);
+    return std::filesystem::is_directory(PathFromUtf8(dir), ec);
 }
 
 int CursorWrite(const std::string& listPath, const std::string& outPath, bool force) {
-    const auto read = QanTool::ReadWholeFile(listPath);
+    const auto read = QanTool::ReadWholeFile(PathFromUtf8(listPath));
     if (!read)
         return Usage("cannot read " + listPath);
     const std::string& list = *read;
     std::error_code ec;
-    if (!force && std::filesystem::exists(outPath, ec))
+    if (!force && std::filesystem::exists(PathFromUtf8(outPath), ec))
         return Usage(outPath + " exists (use --force to replace it)");
     std::vector<QanTool::CursorListProblem> problems;
     auto entries = QanTool::ParseCursorList(list, problems);
@@ -43,7 +47,7 @@ int CursorWrite(const std::string& listPath, const std::string& outPath, bool fo
         return Usage(listPath + ":" + std::to_string(problems.front().line) + ": " +
                      problems.front().message);
     const std::string bytes = QanTool::EncodeCursorTable(std::move(entries));
-    std::ofstream out(outPath, std::ios::binary | std::ios::trunc);
+    std::ofstream out(PathFromUtf8(outPath), std::ios::binary | std::ios::trunc);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     if (!out.flush())
         return Usage("cannot write " + outPath);
@@ -67,13 +71,13 @@ int CursorDump(const std::string& path) {
     return table.entries.empty() ? 1 : 0;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int Run(int argc, char** argv) {
     CLI::App app{"qanres: looks up, checks and formats the resources of the Qan suite"};
     app.name("qanres");
     app.set_version_flag("--version", "qanres " QANRES_VERSION);
     app.require_subcommand(1);
+    // Arguments are paths such as /opt/res on every system, never Windows-style options.
+    app.allow_windows_style_options(false);
     // Options such as --escape may stand after the command too.
     app.fallthrough();
 
@@ -163,7 +167,7 @@ int main(int argc, char** argv) {
             status = Usage(dir + " is not a directory");
             return;
         }
-        const auto findings = QanTool::LintDirectory(dir, dir);
+        const auto findings = QanTool::LintDirectory(PathFromUtf8(dir), dir);
         findings.Print(std::cout);
         status = findings.HasErrors() ? 1 : 0;
     });
@@ -178,7 +182,7 @@ int main(int argc, char** argv) {
             status = Usage(dir + " is not a directory");
             return;
         }
-        const auto plan = QanTool::PlanFormat(dir);
+        const auto plan = QanTool::PlanFormat(PathFromUtf8(dir));
         if (!plan.refusal.empty()) {
             status = Usage("fmt refused, nothing changed: " + plan.refusal);
             return;
@@ -190,7 +194,7 @@ int main(int argc, char** argv) {
             return;
         }
         // Only files that were really replaced are reported as reformatted.
-        const auto result = QanTool::ApplyFormat(dir, plan);
+        const auto result = QanTool::ApplyFormat(PathFromUtf8(dir), plan);
         for (const auto& name : result.replaced)
             std::cout << "reformatted " << name << '\n';
         if (!result.error.empty())
@@ -225,3 +229,27 @@ int main(int argc, char** argv) {
     }
     return status;
 }
+
+// Every argument reaches the commands as UTF-8, and output leaves as the bytes written.
+template <class Char>
+int RunWithUtf8Arguments(int argc, Char** argv) {
+    Framework::Platform::UseBinaryStandardStreams();
+    std::vector<std::string> arguments = Framework::Platform::Utf8Arguments(argc, argv);
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments)
+        pointers.push_back(argument.data());
+    return Run(argc, pointers.data());
+}
+
+} // namespace
+
+#ifdef _WIN32
+// The wide entry point: Windows passes arguments as UTF-16 whatever the code page is.
+int wmain(int argc, wchar_t** argv) {
+    return RunWithUtf8Arguments(argc, argv);
+}
+#else
+int main(int argc, char** argv) {
+    return RunWithUtf8Arguments(argc, argv);
+}
+#endif
