@@ -8,7 +8,7 @@ packages=(
     libgtest-dev libgmock-dev googletest libbenchmark-dev
     libexpat1-dev libcli11-dev
     g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
-    wine64 dpkg-dev ca-certificates
+    wine64 dpkg-dev ca-certificates gettext
 )
 
 missing=()

@@ -28,11 +28,12 @@ int PrintText(const QanStringT<wchar_t>& text, bool escape, std::ostream& out) {
 } // namespace
 
 void ApplySettings(const LookupSettings& s) {
-    Resources::SetResourceDirectories(Wide(s.masterStrings), Wide(s.resources), Wide(s.icons),
-                                      Wide(s.base), Wide(s.iconSubdir));
+    const std::string master = s.masterStrings.empty() ? std::string() : s.masterStrings.front();
+    Resources::SetResourceDirectories(Wide(master), Wide(s.resources), Wide(s.icons), Wide(s.base),
+                                      Wide(s.iconSubdir));
     // The master string directory has a setter of its own, which hosts use to move the
     // strings to another language; the tool goes through it like such a host.
-    Resources::SetMasterStringDirectory(Wide(s.masterStrings));
+    Resources::SetMasterStringDirectory(Wide(master));
     Resources::SetAppName(Wide(s.app));
 }
 

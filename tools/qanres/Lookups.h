@@ -4,11 +4,15 @@
 
 #include <ostream>
 #include <string>
+#include <vector>
 
 namespace QanTool {
 
 struct LookupSettings {
-    std::string masterStrings, resources, icons, base, iconSubdir, app;
+    // One master string directory per language, the source language first; a look-up
+    // uses the first.
+    std::vector<std::string> masterStrings;
+    std::string resources, icons, base, iconSubdir, app;
     bool escape = false;
 };
 

@@ -11,7 +11,11 @@ if(NOT TARGET qanres_tool_core)
         ${dir}/Format.cpp
         ${dir}/IconMap.cpp
         ${dir}/KeyTable.cpp
+        ${dir}/Json.cpp
         ${dir}/Lint.cpp
+        ${dir}/Product.cpp
+        ${dir}/Stats.cpp
+        ${dir}/TextFeatures.cpp
         ${dir}/TextFile.cpp)
     target_include_directories(qanres_tool_core PUBLIC ${dir})
     # Only the PE resource reader and the UTF-8 converter come from the library's objects.

@@ -7,6 +7,7 @@
 #include "Format.h"
 #include "Lint.h"
 #include "Lookups.h"
+#include "Stats.h"
 
 #include "platform/Console.h"
 
@@ -83,8 +84,11 @@ int Run(int argc, char** argv) {
 
     QanTool::LookupSettings settings;
     app.add_option("--master-strings", settings.masterStrings,
-                   "directory of startupstrings.xml, strings.xml and override/")
-        ->type_name("DIR");
+                   "directory of startupstrings.xml, strings.xml and override/; repeat it "
+                   "for each language, the source language first (look-ups use the first)")
+        ->type_name("DIR")
+        ->allow_extra_args(false) // one directory per occurrence, never the command after it
+        ->take_all();
     app.add_option("--resources", settings.resources,
                    "directory of the key tables (*.csv) and icons.map.xml")
         ->type_name("DIR");
@@ -199,6 +203,48 @@ int Run(int argc, char** argv) {
             std::cout << "reformatted " << name << '\n';
         if (!result.error.empty())
             status = Usage(result.error);
+    });
+
+    std::vector<std::string> languages;
+    std::string format = "text";
+    // Languages given with --master-strings come first, then those named after the command.
+    const auto readLanguages = [&] {
+        std::vector<std::string> all = settings.masterStrings;
+        all.insert(all.end(), languages.begin(), languages.end());
+        std::vector<QanTool::Language> read;
+        for (const std::string& language : all)
+            read.push_back(QanTool::ReadLanguage(PathFromUtf8(language), language));
+        return read;
+    };
+    auto* stats = app.add_subcommand(
+        "stats", "per language and kind: texts, keys answered, missing, identical to the source");
+    stats->add_option("LANGUAGE", languages,
+                      "master string directories, the source language first (or --master-strings)");
+    stats->add_option("--format", format, "text or json")->check(CLI::IsMember({"text", "json"}));
+    stats->callback([&] {
+        const auto read = readLanguages();
+        if (read.empty() || settings.resources.empty()) {
+            status = Usage("stats needs --resources DIR and at least one language directory");
+            return;
+        }
+        QanTool::PrintStats(
+            QanTool::ComputeStats(QanTool::ReadKeyTables(PathFromUtf8(settings.resources)), read),
+            format == "json", std::cout);
+    });
+    auto* compare = app.add_subcommand(
+        "compare", "two languages: missing, extra and identical texts, and texts whose "
+                   "placeholders, mnemonics, tagged fields or escapes differ");
+    compare->add_option("LANGUAGE", languages,
+                        "source and target master string directories (or --master-strings)");
+    compare->add_option("--format", format, "text or json")->check(CLI::IsMember({"text", "json"}));
+    compare->callback([&] {
+        const auto read = readLanguages();
+        if (read.size() != 2) {
+            status = Usage("compare needs exactly two language directories, the source first");
+            return;
+        }
+        status = QanTool::PrintComparison(QanTool::Compare(read[0], read[1]), format == "json",
+                                          std::cout);
     });
 
     auto* cursors = app.add_subcommand("cursor-table", "write or dump a cursor table");
