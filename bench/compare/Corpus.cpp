@@ -258,6 +258,7 @@ void WriteStringFiles(Corpus& corpus, const std::vector<std::string>& originals,
         overrides += "  <s id=\"" + corpus.entries[i].id + "\">" +
                      EscapeXmlText(corpus.entries[i].text) + "</s>\n";
     corpus.textRows += overridden.size();
+    corpus.overrides = overridden.size();
     full += tail, startup += tail, overrides += tail;
 
     fs::create_directories(corpus.stringDir / "override");

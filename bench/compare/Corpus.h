@@ -66,6 +66,7 @@ struct Corpus {
     std::filesystem::path fullFile;
     std::uint64_t constructionBytes = 0, fullBytes = 0;
     std::uint64_t textRows = 0, keyRows = 0; // rows of all text files, of all key tables
+    std::size_t overrides = 0;               // rows of override/strings.xml
 
     Corpus() = default;
     Corpus(const Corpus&) = delete;
