@@ -20,9 +20,11 @@
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
+#include <functional>
 #include <memory>
 #include <sys/stat.h>
 #include <thread>
+#include <type_traits>
 #include <unistd.h>
 
 namespace {
@@ -109,18 +111,20 @@ std::function<double()> Ours(const Keys& keys, Get get) {
     };
 }
 
+// The form of key i that a map is keyed by.
+template <class Key>
+const Key& KeyAt(const Keys& keys, std::size_t i) {
+    if constexpr (std::is_same_v<Key, std::string>)
+        return keys.narrow[i];
+    else
+        return keys.wide[i];
+}
+
 template <class Map>
 std::function<double()> MapFloor(const Keys& keys, const Map& map) {
     return [&keys, &map] {
         return NanosecondsPerOp(keys.size(), [&](std::size_t i) {
-            const auto& key = [&]() -> const auto& {
-                if constexpr (std::is_same_v<typename Map::key_type, std::string>)
-                    return keys.narrow[i];
-                else
-                    return keys.wide[i];
-            }
-            ();
-            const auto found = map.find(key);
+            const auto found = map.find(KeyAt<typename Map::key_type>(keys, i));
             typename Map::mapped_type copy =
                 found == map.end() ? typename Map::mapped_type() : found->second;
             DoNotOptimize(copy);

@@ -5,6 +5,7 @@
 #include "CursorModule.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstring>
 #include <fstream>
 #include <map>
@@ -148,17 +149,17 @@ std::vector<Source> ReadCatalogues(const fs::path& root, std::size_t target, std
                 catalogues.push_back(file.path());
         std::sort(catalogues.begin(), catalogues.end());
         for (const fs::path& catalogue : catalogues) {
-            bool used = false;
+            const std::size_t before = sources.size();
             for (auto& [msgid, text] : ReadMo(catalogue)) {
-                if (!UsableText(text))
-                    continue;
-                sources.push_back({catalogue.stem().string(), locale.filename().string(),
-                                   std::move(msgid), std::move(text)});
-                used = true;
                 if (sources.size() >= target)
-                    return ++files, sources;
+                    break;
+                if (UsableText(text))
+                    sources.push_back({catalogue.stem().string(), locale.filename().string(),
+                                       std::move(msgid), std::move(text)});
             }
-            files += used;
+            files += sources.size() > before;
+            if (sources.size() >= target)
+                return sources;
         }
     }
     return sources;
