@@ -345,8 +345,10 @@ int main(int argc, char** argv) {
     try {
         BuildCorpus(corpus, options.catalogues, options.texts, QANRES_LEGACY_GUIDS);
     } catch (const std::exception& error) {
+        RemoveOnFailure(corpus.root);
         Fail(std::string("cannot build the corpus: ") + error.what());
     }
+    RemoveOnFailure(corpus.root);
     std::fprintf(stderr, "corpus written in %.1f s\n", MillisecondsSince(setupStart) / 1000);
 
     // The process-wide service reads these at its first look-up; QanIcons.dll is found

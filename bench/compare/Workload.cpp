@@ -15,6 +15,11 @@ using Framework::Resources;
 
 constexpr std::uint64_t kSeed = 20261123;
 
+std::filesystem::path& FolderToRemove() {
+    static std::filesystem::path folder;
+    return folder;
+}
+
 std::string Utf8(const std::wstring& text) {
     std::string out;
     for (const wchar_t w : text) {
@@ -93,7 +98,14 @@ std::wstring ComposedLegacyText(const LegacyKey& key) {
 
 void Fail(const std::string& message) {
     std::fprintf(stderr, "compare_bench: %s\n", message.c_str());
+    std::error_code ignored;
+    if (!FolderToRemove().empty())
+        std::filesystem::remove_all(FolderToRemove(), ignored);
     std::exit(1);
+}
+
+void RemoveOnFailure(const std::filesystem::path& folder) {
+    FolderToRemove() = folder;
 }
 
 Workload BuildWorkload(const Corpus& corpus, std::size_t length) {

@@ -58,6 +58,9 @@ Workload BuildWorkload(const Corpus& corpus, std::size_t length);
 void VerifyAll(const Workload& work, const Corpus& corpus, const GettextPeer& gettext,
                const IcuPeer& icu, const StringCollection& startupOnly);
 
+// Prints the message, removes the folder given to RemoveOnFailure (the corpus) and exits
+// with status 1.
 [[noreturn]] void Fail(const std::string& message);
+void RemoveOnFailure(const std::filesystem::path& folder);
 
 } // namespace Compare
