@@ -315,7 +315,7 @@ Memory MeasureMemory(const Corpus& corpus, const Workload& work) {
 }
 
 struct Options {
-    int rounds = 11;
+    int rounds = 15;
     std::size_t texts = 120000;
     fs::path catalogues = "/usr/share/locale";
 };
