@@ -7,6 +7,7 @@ packages=(
     cmake ninja-build g++ clang clang-format
     libgtest-dev libgmock-dev googletest libbenchmark-dev
     libexpat1-dev libcli11-dev
+    libicu-dev icu-devtools gettext
     g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
     wine64 dpkg-dev ca-certificates gettext
 )
