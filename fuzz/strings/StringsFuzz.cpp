@@ -55,13 +55,8 @@ bool Inside(const StringTable& table, std::size_t size, QanStringViewT<char> vie
 
 } // namespace
 
-namespace Framework::Platform {
-const IPlatform& SystemPlatform() {
-    return input;
-}
-} // namespace Framework::Platform
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Framework::Platform::SetPlatformForTests(&input);
     input.data = data;
     input.size = size;
 

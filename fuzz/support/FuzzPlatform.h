@@ -1,4 +1,4 @@
-// FuzzPlatform.h: a platform for the icon fuzz targets that serves the fuzzer's bytes as
+// FuzzPlatform.h: a platform for the fuzz targets that serves the fuzzer's bytes as
 // every file and as the raw-data resources of every module, and asks no real system.
 #pragma once
 
