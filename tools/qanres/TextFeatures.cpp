@@ -108,8 +108,9 @@ std::vector<std::string> FeatureDifferences(const TextFeatures& s, const TextFea
     static const std::pair<char, const char*> controls[] = {
         {'\n', "line feeds"}, {'\r', "carriage returns"}, {'\t', "tabs"}};
     for (const auto& [c, name] : controls) {
-        const auto count = [&](const TextFeatures& f) {
-            const auto it = f.controls.find(c);
+        // Captured by its own name: clang before 16 cannot capture a structured binding.
+        const auto count = [&, control = c](const TextFeatures& f) {
+            const auto it = f.controls.find(control);
             return it == f.controls.end() ? 0 : it->second;
         };
         if (count(s) != count(t))

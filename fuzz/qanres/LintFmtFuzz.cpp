@@ -1,0 +1,78 @@
+// LintFmtFuzz.cpp: qanres lint and fmt on a fuzzed resource directory (the input cut
+// into its text files, key tables and icon map, written as real files). A refused fmt
+// changes no byte; an accepted one writes exactly its plan and leaves no other file; fmt
+// after fmt has nothing left to do; and lint after fmt reports none of the faults that fmt
+// repairs.
+#include "Format.h"
+#include "Lint.h"
+#include "ScratchDirectory.h"
+
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+void Check(bool condition, const char* what) {
+    if (!condition) {
+        std::fprintf(stderr, "violated: %s\n", what);
+        std::abort();
+    }
+}
+
+// The findings that fmt's rewrites remove: the order of ids and keys (for icon map keys
+// in UTF-16 order, the order fmt sorts by), the layout of the two lines the library
+// skips, tags the library misreads, and a key table's byte-order mark, carriage returns,
+// last line without a line feed and blank lines.
+constexpr const char* kRepairedFindings[] = {
+    "must ascend in byte order",
+    "(wide keys must ascend in UTF-16 order",
+    "the library skips the first two lines",
+    "'>' must follow the id's closing quote directly",
+    "self-closing element",
+    "byte-order mark: it becomes part of the first key",
+    "carriage return before the line feed",
+    "the last line has no line feed",
+    "line without a comma",
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static QanFuzz::ScratchDirectory directory;
+    directory.Fill(QanFuzz::SplitInput(data, size));
+    const auto& dir = directory.Path();
+    const auto before = directory.Snapshot();
+
+    (void)QanTool::LintDirectory(dir, "d");
+    Check(directory.Snapshot() == before, "lint changes no file");
+
+    const QanTool::FormatPlan plan = QanTool::PlanFormat(dir);
+    if (!plan.refusal.empty()) {
+        Check(plan.changes.empty(), "a refused plan holds no change");
+        const QanTool::FormatResult result = QanTool::ApplyFormat(dir, plan);
+        Check(result.replaced.empty(), "a refused plan replaces nothing");
+        Check(directory.Snapshot() == before, "a refusal changes no byte");
+        return 0;
+    }
+    const QanTool::FormatResult result = QanTool::ApplyFormat(dir, plan);
+    Check(result.error.empty(), "fmt writes its plan");
+    auto expected = before;
+    for (const auto& change : plan.changes) {
+        Check(before.at(change.name) == change.original, "a change starts from the file as read");
+        expected[change.name] = change.bytes;
+    }
+    Check(directory.Snapshot() == expected, "fmt writes exactly its plan");
+
+    const QanTool::FormatPlan again = QanTool::PlanFormat(dir);
+    Check(again.refusal.empty(), "fmt accepts what it wrote");
+    Check(again.changes.empty(), "fmt twice is fmt once");
+
+    const QanTool::DiagnosticList findings = QanTool::LintDirectory(dir, "d");
+    for (const auto& finding : findings.All())
+        for (const char* repaired : kRepairedFindings)
+            if (finding.message.find(repaired) != std::string::npos) {
+                std::fprintf(stderr, "%s\n", QanTool::Format(finding).c_str());
+                Check(false, "lint after fmt reports nothing fmt repairs");
+            }
+    return 0;
+}

@@ -1,0 +1,101 @@
+// LintLookupFuzz.cpp: lint against the library. The input is written as a resource
+// directory; when lint finds no error in it, a service freshly built over it must answer
+// every row its key tables hold, as their author wrote them, through the public look-ups:
+// the decoded text of the element the row's id names (an override's before the string
+// file's, the first of equal ids), an empty text for an id that no text file holds, and
+// the same answers before and after the full string file is read.
+#include "KeyTable.h"
+#include "Lint.h"
+#include "ScratchDirectory.h"
+#include "TextFile.h"
+
+#include "base/Settings.h"
+#include "base/Unicode.h"
+#include "service/ResourcesImpl.h"
+#include "strings/DecodeStringText.h"
+
+#include <framework/Resources.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <optional>
+
+namespace {
+
+using Framework::Resources;
+
+// The texts of a text file by id, as its author wrote them; the first of equal ids.
+std::optional<std::map<std::string, std::string>>
+Texts(const std::map<std::string, std::string>& files, const char* name) {
+    const auto file = files.find(name);
+    if (file == files.end())
+        return std::nullopt;
+    std::map<std::string, std::string> texts;
+    for (const auto& element : QanTool::ReadAsMarkup(file->second).elements)
+        if (element.quotedValues > 0)
+            texts.emplace(std::string(element.id), std::string(element.text));
+    return texts;
+}
+
+void Fail(const std::string& key, const char* table, const QanStringT<wchar_t>& answer,
+          const QanStringT<wchar_t>& expected) {
+    std::fprintf(stderr, "key %s of %s: answered %s, the files say %s\n", key.c_str(), table,
+                 Framework::Utf8::Encode(answer).c_str(),
+                 Framework::Utf8::Encode(expected).c_str());
+    std::abort();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static QanFuzz::ScratchDirectory directory;
+    directory.Fill(QanFuzz::SplitInput(data, size));
+    if (QanTool::LintDirectory(directory.Path(), "").HasErrors())
+        return 0;
+    const auto files = directory.Snapshot();
+
+    // The text each id is answered with. A missing or unreadable string file leaves the
+    // start-up texts in place (and lint, finding no error, saw no start-up id without it).
+    const auto startup = Texts(files, QanTool::kStartupStrings);
+    const auto full = Texts(files, QanTool::kFullStrings);
+    const auto overrides = Texts(files, QanTool::kOverrideStrings);
+    const auto& texts = full ? *full : startup ? *startup : std::map<std::string, std::string>{};
+    auto textOf = [&](const std::string& id) {
+        const auto found = texts.find(id);
+        if (found == texts.end())
+            return QanStringT<wchar_t>();
+        if (overrides)
+            if (const auto over = overrides->find(id); over != overrides->end())
+                return Framework::Internal::DecodeStringText(over->second);
+        return Framework::Internal::DecodeStringText(found->second);
+    };
+
+    auto& settings = Framework::Internal::ProcessSettings();
+    settings.masterStringDirectory = Framework::Utf8::Decode(directory.Path().string());
+    settings.resourceDirectory = settings.masterStringDirectory;
+    settings.iconDirectory.clear();
+    Framework::Internal::ResourcesImpl service;
+    Framework::Internal::IResources::SetResourcesForTests(&service);
+
+    using Getter = QanStringT<wchar_t> (*)(const QanStringT<wchar_t>&);
+    const Getter getters[] = {Resources::GetString, Resources::GetCaption,
+                              Resources::GetTooltipHeader, Resources::GetTooltipBody};
+    for (int round = 0; round < 2; ++round)
+        for (std::size_t t = 0; t < std::size(QanTool::kKeyTables); ++t) {
+            const auto file = files.find(QanTool::kKeyTables[t]);
+            if (file == files.end())
+                continue;
+            std::map<std::string, std::string> ids; // the first of equal keys
+            for (const auto& line : QanTool::ReadKeyLines(file->second))
+                ids.emplace(std::string(line.key), std::string(line.id));
+            for (const auto& [key, id] : ids) {
+                const QanStringT<wchar_t> answer = getters[t](Framework::Utf8::Decode(key));
+                const QanStringT<wchar_t> expected = textOf(id);
+                if (answer != expected)
+                    Fail(key, QanTool::kKeyTables[t], answer, expected);
+            }
+        }
+    Framework::Internal::IResources::SetResourcesForTests(nullptr);
+    return 0;
+}
