@@ -38,6 +38,8 @@ public:
         for (const auto& entry : std::filesystem::directory_iterator(root))
             std::filesystem::remove_all(entry.path(), ec);
         for (const auto& file : files) {
+            if (file.name.empty())
+                continue;
             const auto path = root / file.name;
             std::filesystem::create_directories(path.parent_path(), ec);
             std::ofstream out(path, std::ios::binary);

@@ -1,6 +1,7 @@
 // SplitInput.h: one fuzz input as the files of a resource directory. The parts are cut at
-// a marker line and given, in order, to the names of kResourceFiles; names past the last
-// part have no file. The marker is in every dictionary that fuzzes a directory.
+// a marker line and given, in order, to the names of kResourceFiles; an empty part, and
+// every name past the last part, has no file. The marker is in every dictionary that fuzzes a
+// directory.
 #pragma once
 
 #include "platform/Platform.h"
@@ -26,7 +27,7 @@ inline constexpr const char* kResourceFiles[] = {
 inline constexpr std::size_t kResourceFileCount = std::size(kResourceFiles);
 
 struct NamedFile {
-    std::string name;
+    std::string name; // empty: no file
     std::string bytes;
 };
 
@@ -39,6 +40,8 @@ inline std::vector<NamedFile> SplitInput(const std::uint8_t* data, std::size_t s
         const std::size_t end = marker == std::string_view::npos ? input.size() : marker;
         files.push_back(
             {kResourceFiles[files.size()], std::string(input.substr(begin, end - begin))});
+        if (files.back().bytes.empty())
+            files.back().name.clear();
         if (marker == std::string_view::npos)
             break;
         begin = marker + kFileMarker.size();
@@ -56,7 +59,8 @@ public:
     void Serve(const std::vector<NamedFile>& parts) {
         files.clear();
         for (const auto& part : parts)
-            files[L"R/" + std::wstring(part.name.begin(), part.name.end())] = part.bytes;
+            if (!part.name.empty())
+                files[L"R/" + std::wstring(part.name.begin(), part.name.end())] = part.bytes;
     }
 
     std::unique_ptr<char[]> ReadFileInfoBuffer(const wchar_t* path,
