@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The whole test suite: Linux (optimised), AddressSanitizer + UndefinedBehaviorSanitizer,
-# ThreadSanitizer, and the Windows build under Wine. Installs what is missing first.
+# ThreadSanitizer, the Windows build under Wine, and a short run of every fuzz target
+# (QANRES_FUZZ=0 leaves it out). Installs what is missing first.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -23,3 +24,9 @@ for preset in "${presets[@]}"; do
     echo "=== $preset: test"
     ctest --preset "$preset"
 done
+
+# Every fuzz target for a few seconds from its seeds (about three minutes on two cores).
+if [ "${QANRES_FUZZ:-1}" != 0 ]; then
+    echo "=== fuzz: build and smoke run"
+    scripts/fuzz-smoke.sh
+fi

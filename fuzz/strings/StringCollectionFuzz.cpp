@@ -13,15 +13,19 @@
 #include "strings/StringResourceCollection.h"
 #include "strings/XmlStringTable.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <set>
 
 namespace {
 using namespace Framework::Internal;
 
-void Check(bool condition) {
-    if (!condition)
+void Check(bool condition, const char* what, std::string_view key = {}) {
+    if (!condition) {
+        std::fprintf(stderr, "violated: %s (key \"%.*s\")\n", what, static_cast<int>(key.size()),
+                     key.data());
         std::abort();
+    }
 }
 
 // Rows of a file, read by the file's own scanner, as owned strings.
@@ -107,34 +111,52 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool exactTexts = startup.exact && full.exact && overrides.exact;
 
     const StringResourceCollection strings;
-    bool loaded = false;
+    // Whether the full file has been read: known while only the rows of ascending tables
+    // have been asked for, unknown once another row may have caused it.
+    enum class Load { NotYet, Done, Unknown } load = Load::NotYet;
+    auto textOf = [&](const std::string& id, bool before) -> QanStringT<wchar_t> {
+        const Rows& texts = before ? startup : full;
+        if (!texts.Find(id))
+            return {};
+        return DecodeStringText(overrides.Find(id) ? *overrides.Find(id) : *texts.Find(id));
+    };
     std::set<std::pair<int, std::string>> answeredBefore;
-    // Every row of every key table, twice: the first round reads the full file at the
-    // first id that the start-up texts lack, the second asks everything again after it.
-    for (int round = 0; round < 2; ++round) {
+    // The rows of the ascending tables, then those of the others, then the first again:
+    // the full file is read at the first id that the start-up texts lack, and every key
+    // found before it is found after it.
+    for (const bool exactPass : {true, false, true}) {
         for (int k = 0; k < 4; ++k) {
+            if (keys[k].exact != exactPass)
+                continue;
             for (const auto& [key, id] : keys[k].rows) {
                 const auto wide = WideKey(key);
                 if (!wide)
                     continue;
                 const auto answer = Ask(strings, *wide, kinds[k]);
                 if (keys[k].exact)
-                    Check(answer.has_value()); // a key of an ascending table is always found
+                    Check(answer.has_value(), "a key of an ascending table is always found", key);
                 if (answer)
                     answeredBefore.insert({k, key});
                 else
-                    Check(!answeredBefore.count({k, key})); // the key tables never change
-                if (!answer || !keys[k].exact || !exactTexts)
+                    Check(!answeredBefore.count({k, key}), "a key found once is always found", key);
+                if (!answer || !exactTexts)
                     continue;
-                const std::string* text = nullptr;
-                if (!loaded && startup.Find(id)) {
-                    text = overrides.Find(id) ? overrides.Find(id) : startup.Find(id);
-                } else {
-                    loaded = true;
-                    if (full.Find(id))
-                        text = overrides.Find(id) ? overrides.Find(id) : full.Find(id);
+                if (!keys[k].exact) {
+                    if (load == Load::NotYet)
+                        load = Load::Unknown;
+                    continue;
                 }
-                Check(*answer == (text ? DecodeStringText(*text) : QanStringT<wchar_t>()));
+                const bool inStartup = startup.Find(id) != nullptr;
+                if (load == Load::Done || !inStartup) {
+                    Check(*answer == textOf(id, false), "after the load: the full file's text",
+                          key);
+                    load = Load::Done;
+                } else if (load == Load::NotYet) {
+                    Check(*answer == textOf(id, true), "before the load: the start-up text", key);
+                } else {
+                    Check(*answer == textOf(id, true) || *answer == textOf(id, false),
+                          "the start-up or the full file's text", key);
+                }
             }
         }
         // Keys that no table holds, and a kind that names no table, miss without throwing.
