@@ -4,7 +4,7 @@ _qanres() {
     _init_completion || return
 
     local commands="string caption tooltip-header tooltip-body icon cursor icon-path
-        image-path legacy-guid legacy-string strip-menu lint fmt cursor-table"
+        image-path legacy-guid legacy-string strip-menu lint fmt stats compare cursor-table"
     local options="--master-strings --resources --icons --base --icon-subdir --app --escape
         --help --version"
 
@@ -37,6 +37,15 @@ _qanres() {
         ;;
     lint)
         _filedir -d
+        ;;
+    stats | compare)
+        if [[ $prev == --format ]]; then
+            COMPREPLY=($(compgen -W "text json" -- "$cur"))
+        elif [[ $cur == -* ]]; then
+            COMPREPLY=($(compgen -W "--format" -- "$cur"))
+        else
+            _filedir -d
+        fi
         ;;
     fmt)
         if [[ $cur == -* ]]; then
