@@ -312,6 +312,8 @@ private:
                 i = j;
             }
         } else if (text.substr(0, 2) == "#.") {
+            if (!rest.empty() && rest.front() == ' ')
+                rest.remove_prefix(1);
             CommentTarget().extracted.emplace_back(rest);
         } else if (text.substr(0, 2) == "#:") {
             ++CommentTarget().references;
