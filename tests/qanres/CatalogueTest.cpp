@@ -85,11 +85,12 @@ TEST(Catalogue, PoAndXliffCarryEveryTextBackExactly) {
 TEST(Catalogue, XliffWritesWhatXmlCannotCarryAsCodePoints) {
     QanTool::Catalogue c;
     c.entries.push_back({"a b", "\x01x\r", "\x1f", true, {}});
+    c.entries.push_back({"u1", "taken", "", false, {}});
     const std::string xml = QanTool::WriteXliff(c);
     EXPECT_NE(xml.find("<source><cp hex=\"0001\"/>x&#13;</source>"), std::string::npos) << xml;
     EXPECT_NE(xml.find("<target><cp hex=\"001F\"/></target>"), std::string::npos) << xml;
-    // Not a name token: the unit id is a number, the string id is its name.
-    EXPECT_NE(xml.find("<unit id=\"u1\" name=\"a b\">"), std::string::npos) << xml;
+    // Not a name token: the unit id is the first free number, the string id is its name.
+    EXPECT_NE(xml.find("<unit id=\"u2\" name=\"a b\">"), std::string::npos) << xml;
 }
 
 TEST(Catalogue, XliffFromOtherToolsAndItsRefusals) {

@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <set>
 
 namespace QanTool {
 namespace {
@@ -216,10 +217,19 @@ std::string WriteXliff(const Catalogue& catalogue) {
     if (!catalogue.targetLanguage.empty())
         out += " trgLang=\"" + Attribute(catalogue.targetLanguage) + "\"";
     out += ">\n <file id=\"strings\" original=\"strings.xml\">\n";
+    // Unit ids must be unique name tokens: a string id that is none gets the first free
+    // "u" and number.
+    std::set<std::string> used;
+    for (const auto& e : catalogue.entries)
+        if (IsNameToken(e.id))
+            used.insert(e.id);
     std::size_t number = 0;
     for (const auto& e : catalogue.entries) {
-        ++number;
-        const std::string id = IsNameToken(e.id) ? e.id : "u" + std::to_string(number);
+        std::string id = e.id;
+        if (!IsNameToken(id))
+            do
+                id = "u" + std::to_string(++number);
+            while (!used.insert(id).second);
         out += "  <unit id=\"" + Attribute(id) + "\" name=\"" + Attribute(e.id) + "\">\n";
         if (!e.notes.empty()) {
             out += "   <notes>\n";
