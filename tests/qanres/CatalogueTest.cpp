@@ -8,7 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <iomanip>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -137,10 +139,9 @@ TEST(Catalogue, Fnv1a64MatchesTheReferenceValues) {
 }
 
 std::string Hash(std::string_view bytes) {
-    char buffer[17];
-    std::snprintf(buffer, sizeof buffer, "%016llx",
-                  static_cast<unsigned long long>(QanTool::Fnv1a64(bytes)));
-    return buffer;
+    std::ostringstream hex;
+    hex << std::hex << std::setw(16) << std::setfill('0') << QanTool::Fnv1a64(bytes);
+    return hex.str();
 }
 
 TEST(Catalogue, ForeignPoFilesGetStableIdsAndStatedTreatment) {

@@ -123,3 +123,10 @@ run(0 out --master-strings ${WORK}/pseudo --resources ${src} --escape caption c.
 if(NOT out MATCHES "^\\\\x01CT=\\[&O[^]]*\\]\\\\x01TT=\\[[^]]*\\]\\\\n\\[[^]]*\\]\\\\x01LP=\\[ẋ~*\\]\n$")
     message(FATAL_ERROR "pseudo c.tagged: ${out}")
 endif()
+
+# A start-up file already in the output that the source lacks is rewritten, not left stale.
+file(WRITE ${WORK}/pseudo-stale/startupstrings.xml
+     "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<strings>\n  <s id=\"S_STALE\">old</s>\n</strings>\n")
+run(2 out pseudo ${WORK}/xliff ${WORK}/pseudo-stale)
+run(0 out pseudo --force ${WORK}/xliff ${WORK}/pseudo-stale)
+expect_clean(${WORK}/pseudo-stale)

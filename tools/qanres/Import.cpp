@@ -7,7 +7,6 @@
 #include "base/Unicode.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <map>
 #include <set>
 
@@ -41,9 +40,11 @@ std::string Slug(std::string_view text, std::size_t limit, bool& cut) {
 }
 
 std::string Hex16(std::uint64_t value) {
-    char buffer[17];
-    std::snprintf(buffer, sizeof buffer, "%016llx", static_cast<unsigned long long>(value));
-    return buffer;
+    static constexpr char kDigits[] = "0123456789abcdef";
+    std::string out(16, '0');
+    for (int i = 15; i >= 0; --i, value >>= 4)
+        out[static_cast<std::size_t>(i)] = kDigits[value & 0xF];
+    return out;
 }
 
 std::string Plural(std::size_t count, const char* one, const char* many) {

@@ -207,7 +207,9 @@ std::string PseudoDirectory(const std::filesystem::path& source, const std::file
         full.push_back({s.id, std::move(*stored)});
     }
     std::vector<NewFile> files{{kFullStrings, CanonicalStringFile(std::move(full))}};
-    if (!strings.startupIds.empty())
+    // A start-up file already in OUT_DIR is rewritten too, so that no stale start-up text
+    // contradicts the new strings.xml.
+    if (!strings.startupIds.empty() || ReadWholeFile(out / kStartupStrings))
         files.push_back({kStartupStrings, CanonicalStringFile(std::move(startup))});
     for (const auto& file : files) {
         const auto old = ReadWholeFile(out / file.name);
