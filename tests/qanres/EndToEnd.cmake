@@ -57,7 +57,11 @@ qanres_tool_test(help 0 "" --help)
 qanres_tool_test(command-help 0 "" string --help)
 qanres_tool_test(version 0 version.txt --version)
 foreach(usage "no-command" "missing-key:string" "unknown-command:frobnicate|x"
-              "bad-flags:strip-menu|x|y" "missing-dir:lint|/no/such/directory")
+              "bad-flags:strip-menu|x|y" "missing-dir:lint|/no/such/directory"
+              "export-missing-dir:export|/no/such/directory"
+              "export-bad-format:export|--format|mo|/"
+              "import-missing-file:import|/no/such/file.po|/"
+              "pseudo-missing-dir:pseudo|/no/such/directory|/no/such/output")
     string(REPLACE ":" ";" parts "${usage}")
     list(GET parts 0 name)
     list(LENGTH parts n)
