@@ -39,6 +39,7 @@ TEST(Pseudo, KeepsWhatIsInterpretedAndGrowsTheRest) {
         // Mnemonics and accelerators.
         {"&Open...\tCtrl+O", {"&O", "\tCtrl+O"}},
         {"Save && &Exit", {"&&", "&E"}},
+        {"&%s and &{0}", {"&%s", "&{0}"}},
         // Line feeds, carriage returns, tagged fields.
         {"First line\nSecond line\r\nThird", {"\n", "\r\n"}},
         {"\x01"

@@ -223,7 +223,8 @@ public:
     explicit PoReader(std::string_view bytes) : bytes(bytes) {}
 
     PoFile Read() {
-        std::size_t begin = 0;
+        // A byte-order mark, as some editors write one, is no part of the first line.
+        std::size_t begin = bytes.substr(0, 3) == "\xEF\xBB\xBF" ? 3 : 0;
         while (begin < bytes.size() && result.error.empty()) {
             std::size_t end = bytes.find('\n', begin);
             if (end == std::string_view::npos)

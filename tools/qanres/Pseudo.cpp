@@ -103,8 +103,10 @@ std::u32string AccentField(std::u32string_view s) {
                 continue;
             }
         }
-        if (c == U'&' && i + 1 < s.size() && s[i + 1] != U' ') {
-            // "&&" is a literal ampersand; "&x" marks x as the mnemonic: both kept as they are.
+        if (c == U'&' && i + 1 < s.size() && s[i + 1] != U' ' && s[i + 1] != U'%' &&
+            s[i + 1] != U'{') {
+            // "&&" is a literal ampersand; "&x" marks x as the mnemonic: both kept as they
+            // are. Before a placeholder the "&" stands alone, so the placeholder stays whole.
             out.append(s.substr(i, 2));
             i += 2;
             continue;
