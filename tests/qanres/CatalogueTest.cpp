@@ -299,3 +299,32 @@ TEST(Catalogue, LanguageFromDirectoryName) {
 }
 
 } // namespace
+
+namespace {
+
+// Cut files are read or refused with a reason, never half-read: run under the sanitizers
+// this also shows that no prefix reads out of bounds.
+TEST(Catalogue, EveryCutFileIsReadOrRefused) {
+    const auto catalogue = Awkward(true);
+    const std::string po = QanTool::WritePo(catalogue);
+    const std::string xliff = QanTool::WriteXliff(catalogue);
+    std::size_t refusedPo = 0, refusedXliff = 0;
+    for (std::size_t n = 0; n < po.size(); ++n) {
+        const auto file = QanTool::ReadPo(po.substr(0, n));
+        EXPECT_TRUE(file.error.empty() || file.entries.empty()) << n;
+        refusedPo += !file.error.empty();
+    }
+    const std::size_t rootClosed = xliff.rfind('>');
+    for (std::size_t n = 0; n < rootClosed; ++n) {
+        const auto file = QanTool::ReadXliff(xliff.substr(0, n));
+        EXPECT_FALSE(file.error.empty()) << n; // the root is not closed yet
+        EXPECT_TRUE(file.catalogue.entries.empty()) << n;
+        refusedXliff += !file.error.empty();
+    }
+    EXPECT_GT(refusedPo, 0u);
+    EXPECT_EQ(refusedXliff, rootClosed);
+    EXPECT_EQ(QanTool::ReadXliff(xliff.substr(0, rootClosed + 1)).catalogue.entries.size(),
+              catalogue.entries.size());
+}
+
+} // namespace
