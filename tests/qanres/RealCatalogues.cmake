@@ -1,11 +1,14 @@
 # RealCatalogues.cmake: gettext catalogues installed on this machine, decompiled with
 # msgunfmt, imported by the id rule for PO files that export did not write, exported
 # again and checked with msgfmt -c. Importing the same file twice gives the same files
-# (ids are stable), and importing the export gives them once more (nothing lost).
+# (ids are stable), and importing the PO or XLIFF export gives them once more (nothing
+# lost).
 # -DTOOL=path -DMSGFMT=path -DMSGUNFMT=path -DWORK=dir
+# Plural forms and format flags (coreutils), contexts (gtk20), a non-Latin script with
+# contexts and plurals (glib20 in Japanese); the rest stand in where those are missing.
 set(candidates
-    de/LC_MESSAGES/coreutils.mo fr/LC_MESSAGES/coreutils.mo de/LC_MESSAGES/glib20.mo
-    fr/LC_MESSAGES/gtk20.mo ja/LC_MESSAGES/glib20.mo de/LC_MESSAGES/bash.mo
+    de/LC_MESSAGES/coreutils.mo fr/LC_MESSAGES/gtk20.mo ja/LC_MESSAGES/glib20.mo
+    de/LC_MESSAGES/glib20.mo fr/LC_MESSAGES/coreutils.mo de/LC_MESSAGES/bash.mo
     es/LC_MESSAGES/grep.mo de/LC_MESSAGES/tar.mo)
 set(catalogues)
 foreach(candidate IN LISTS candidates)
@@ -32,7 +35,7 @@ file(REMOVE_RECURSE ${WORK})
 foreach(mo IN LISTS catalogues)
     string(REGEX REPLACE "^/usr/share/locale/([^/]+)/LC_MESSAGES/(.*)\\.mo$" "\\1-\\2" name ${mo})
     set(dir ${WORK}/${name})
-    file(MAKE_DIRECTORY ${dir}/first ${dir}/second ${dir}/back)
+    file(MAKE_DIRECTORY ${dir}/first ${dir}/second ${dir}/back ${dir}/xliff)
     run(0 out ${MSGUNFMT} -o ${dir}/catalogue.po ${mo})
     run(0 out ${TOOL} import ${dir}/catalogue.po ${dir}/first)
     if(NOT lastErr MATCHES "qanres: import: [0-9]+ messages gave [0-9]+ strings \\(ids derived")
@@ -48,7 +51,9 @@ foreach(mo IN LISTS catalogues)
     run(0 out ${MSGFMT} -c -o ${dir}/exported.mo ${dir}/exported.po)
     run(0 out ${TOOL} import ${dir}/catalogue.po ${dir}/second)
     run(0 out ${TOOL} import ${dir}/exported.po ${dir}/back)
-    foreach(other second back)
+    run(0 out ${TOOL} export --format xliff -o ${dir}/exported.xlf ${dir}/first)
+    run(0 out ${TOOL} import ${dir}/exported.xlf ${dir}/xliff)
+    foreach(other second back xliff)
         execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files ${dir}/first/strings.xml
                                 ${dir}/${other}/strings.xml RESULT_VARIABLE differs)
         if(differs)
