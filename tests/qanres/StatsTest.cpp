@@ -1,7 +1,6 @@
 // qanres stats and compare: the interpreted parts of a text, the counts per language and
 // kind, and the comparison in both output forms.
 #include "Stats.h"
-#include "Product.h"
 #include "TextFeatures.h"
 
 #include "support/TempDir.h"
