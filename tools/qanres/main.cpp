@@ -286,10 +286,11 @@ int Run(int argc, char** argv) {
     exportCmd->footer("Key tables are read from --resources DIR (default: SOURCE_DIR).");
     exportCmd->callback([&] {
         QanTool::ExportRequest request;
-        request.sourceDir = exportDirs[0];
+        request.sourceDir = PathFromUtf8(exportDirs[0]);
         if (exportDirs.size() > 1)
-            request.targetDir = exportDirs[1];
-        request.resourceDir = settings.resources.empty() ? exportDirs[0] : settings.resources;
+            request.targetDir = PathFromUtf8(exportDirs[1]);
+        request.resourceDir =
+            PathFromUtf8(settings.resources.empty() ? exportDirs[0] : settings.resources);
         request.sourceLanguage = sourceLang;
         request.targetLanguage = targetLang;
         request.format =
@@ -299,7 +300,7 @@ int Run(int argc, char** argv) {
             status = Usage(error);
         else if (outFile.empty())
             std::cout << document;
-        else if (auto written = QanTool::WriteOutputFile(outFile, document, force);
+        else if (auto written = QanTool::WriteOutputFile(PathFromUtf8(outFile), document, force);
                  !written.empty())
             status = Usage(written);
     });
@@ -319,8 +320,8 @@ int Run(int argc, char** argv) {
                         "leave out untranslated messages (default: write the source text)");
     importCmd->footer(QanTool::kImportRules);
     importCmd->callback([&] {
-        importRequest.file = importFile;
-        importRequest.dir = importDir;
+        importRequest.file = PathFromUtf8(importFile);
+        importRequest.dir = PathFromUtf8(importDir);
         if (!format.empty())
             importRequest.format =
                 format == "xliff" ? QanTool::CatalogueFormat::Xliff : QanTool::CatalogueFormat::Po;
@@ -337,8 +338,8 @@ int Run(int argc, char** argv) {
         ->check(CLI::Range(0, 1000));
     pseudo->add_flag("--force", force, "replace existing string files in OUT_DIR");
     pseudo->callback([&] {
-        if (auto error =
-                QanTool::PseudoDirectory(pseudoSource, pseudoOut, expand, force, std::cerr);
+        if (auto error = QanTool::PseudoDirectory(
+                PathFromUtf8(pseudoSource), PathFromUtf8(pseudoOut), expand, force, std::cerr);
             !error.empty())
             status = Usage(error);
     });
