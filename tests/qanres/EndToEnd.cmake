@@ -63,7 +63,11 @@ qanres_tool_test(help 0 "" --help)
 qanres_tool_test(command-help 0 "" string --help)
 qanres_tool_test(version 0 version.txt --version)
 foreach(usage "no-command" "missing-key:string" "unknown-command:frobnicate|x"
-              "bad-flags:strip-menu|x|y" "missing-dir:lint|/no/such/directory")
+              "bad-flags:strip-menu|x|y" "missing-dir:lint|/no/such/directory"
+              "export-missing-dir:export|/no/such/directory"
+              "export-bad-format:export|--format|mo|/"
+              "import-missing-file:import|/no/such/file.po|/"
+              "pseudo-missing-dir:pseudo|/no/such/directory|/no/such/output")
     string(REPLACE ":" ";" parts "${usage}")
     list(GET parts 0 name)
     list(LENGTH parts n)
@@ -100,4 +104,22 @@ if(TARGET qanres_example_icons)
                      -DWORK=${CMAKE_CURRENT_BINARY_DIR}/cursor-table
                      -DGOLDEN=${golden}/cursor-table-list.txt
                      -P ${CMAKE_CURRENT_SOURCE_DIR}/CursorTableRoundTrip.cmake)
+endif()
+
+# The translators' loop: export, import and pseudo, and real gettext catalogues.
+find_program(QANRES_MSGFMT msgfmt)
+find_program(QANRES_MSGUNFMT msgunfmt)
+add_test(NAME qanres.translate.round-trip
+         COMMAND ${CMAKE_COMMAND} -DTOOL=$<TARGET_FILE:qanres>
+                 -DDATA=${CMAKE_CURRENT_SOURCE_DIR}/data -DWORK=${CMAKE_CURRENT_BINARY_DIR}/translate
+                 -DMSGFMT=${QANRES_MSGFMT} -P ${CMAKE_CURRENT_SOURCE_DIR}/TranslateRoundTrip.cmake)
+if(QANRES_MSGFMT AND QANRES_MSGUNFMT)
+    add_test(NAME qanres.translate.real-catalogues
+             COMMAND ${CMAKE_COMMAND} -DTOOL=$<TARGET_FILE:qanres> -DMSGFMT=${QANRES_MSGFMT}
+                     -DMSGUNFMT=${QANRES_MSGUNFMT} -DWORK=${CMAKE_CURRENT_BINARY_DIR}/catalogues
+                     -P ${CMAKE_CURRENT_SOURCE_DIR}/RealCatalogues.cmake)
+    set_tests_properties(qanres.translate.real-catalogues PROPERTIES SKIP_REGULAR_EXPRESSION
+                                                                     "SKIPPED: ")
+else()
+    message(STATUS "qanres: msgfmt or msgunfmt not found: the real-catalogue test is left out")
 endif()

@@ -2,6 +2,7 @@
 #include "Stats.h"
 
 #include "Json.h"
+#include "StringDirectory.h"
 #include "TextFeatures.h"
 
 #include <iomanip>
@@ -22,6 +23,23 @@ std::string JsonList(const std::vector<std::string>& items) {
 }
 
 } // namespace
+
+KeyTables ReadKeyTables(const std::filesystem::path& resourceDirectory) {
+    KeyTables tables;
+    for (const auto& [id, references] : ReadKeyReferences(resourceDirectory))
+        for (const KeyReference& reference : references)
+            for (int kind = 0; kind < 4; ++kind)
+                if (reference.kind == kKindNames[kind])
+                    tables.kinds[kind].push_back({reference.key, id});
+    return tables;
+}
+
+Language ReadLanguage(const std::filesystem::path& masterStringDirectory, std::string name) {
+    Language language{std::move(name), {}};
+    for (const DirectoryString& string : ReadMasterStrings(masterStringDirectory).strings)
+        language.texts.emplace(string.id, string.text);
+    return language;
+}
 
 std::vector<LanguageStats> ComputeStats(const KeyTables& keys,
                                         const std::vector<Language>& languages) {

@@ -2,14 +2,37 @@
 // translation differs from its source in what code and the library interpret.
 #pragma once
 
-#include "Product.h"
-
+#include <filesystem>
+#include <map>
 #include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace QanTool {
+
+// The four kinds of text, in the order of the library's StringKind.
+inline constexpr const char* kKindNames[] = {"string", "caption", "tooltip-header", "tooltip-body"};
+
+struct KeyRow {
+    std::string key;
+    std::string id;
+};
+
+// Rows of string.csv, caption.csv, tooltipHeader.csv and tooltipBody.csv, by kind; a
+// missing table has no rows.
+struct KeyTables {
+    std::vector<KeyRow> kinds[4];
+};
+KeyTables ReadKeyTables(const std::filesystem::path& resourceDirectory);
+
+// One language: its master string directory and, by id, the texts the library hands out
+// (UTF-8), as ReadMasterStrings chooses them.
+struct Language {
+    std::string name; // the directory as given
+    std::map<std::string, std::string> texts;
+};
+Language ReadLanguage(const std::filesystem::path& masterStringDirectory, std::string name);
 
 struct KindStats {
     std::size_t keys = 0;      // rows of the kind's key table

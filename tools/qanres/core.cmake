@@ -4,21 +4,30 @@ if(NOT TARGET qanres_tool_core)
     set(dir ${CMAKE_CURRENT_LIST_DIR})
     add_library(qanres_tool_core STATIC
         ${dir}/Bytes.cpp
+        ${dir}/CodePoints.cpp
         ${dir}/CursorTable.cpp
         ${dir}/Diagnostics.cpp
         ${dir}/Escape.cpp
         ${dir}/Files.cpp
         ${dir}/Format.cpp
         ${dir}/IconMap.cpp
+        ${dir}/Import.cpp
         ${dir}/KeyTable.cpp
         ${dir}/Json.cpp
         ${dir}/Lint.cpp
-        ${dir}/Product.cpp
+        ${dir}/Po.cpp
+        ${dir}/Pseudo.cpp
         ${dir}/Stats.cpp
+        ${dir}/StoredText.cpp
+        ${dir}/StringDirectory.cpp
+        ${dir}/StringFileWriter.cpp
         ${dir}/TextFeatures.cpp
-        ${dir}/TextFile.cpp)
+        ${dir}/TextFile.cpp
+        ${dir}/Translate.cpp
+        ${dir}/Xliff.cpp)
     target_include_directories(qanres_tool_core PUBLIC ${dir})
-    # Only the PE resource reader and the UTF-8 converter come from the library's objects.
+    # The PE resource reader, the UTF-8 converter and the string tables' readers and
+    # decoder come from the library's objects; expat reads XLIFF.
     target_link_libraries(qanres_tool_core PUBLIC QanResourcesStatic qanres_cursor_table
-                                           PRIVATE qanres_warnings)
+                                           PRIVATE EXPAT::EXPAT qanres_warnings)
 endif()

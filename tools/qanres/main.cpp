@@ -7,7 +7,9 @@
 #include "Format.h"
 #include "Lint.h"
 #include "Lookups.h"
+#include "Pseudo.h"
 #include "Stats.h"
+#include "Translate.h"
 
 #include "platform/Console.h"
 
@@ -206,7 +208,7 @@ int Run(int argc, char** argv) {
     });
 
     std::vector<std::string> languages;
-    std::string format = "text";
+    std::string reportFormat = "text";
     // Languages given with --master-strings come first, then those named after the command.
     const auto readLanguages = [&] {
         std::vector<std::string> all = settings.masterStrings;
@@ -220,7 +222,8 @@ int Run(int argc, char** argv) {
         "stats", "per language and kind: texts, keys answered, missing, identical to the source");
     stats->add_option("LANGUAGE", languages,
                       "master string directories, the source language first (or --master-strings)");
-    stats->add_option("--format", format, "text or json")->check(CLI::IsMember({"text", "json"}));
+    stats->add_option("--format", reportFormat, "text or json")
+        ->check(CLI::IsMember({"text", "json"}));
     stats->callback([&] {
         const auto read = readLanguages();
         if (read.empty() || settings.resources.empty()) {
@@ -229,22 +232,23 @@ int Run(int argc, char** argv) {
         }
         QanTool::PrintStats(
             QanTool::ComputeStats(QanTool::ReadKeyTables(PathFromUtf8(settings.resources)), read),
-            format == "json", std::cout);
+            reportFormat == "json", std::cout);
     });
     auto* compare = app.add_subcommand(
         "compare", "two languages: missing, extra and identical texts, and texts whose "
                    "placeholders, mnemonics, tagged fields or escapes differ");
     compare->add_option("LANGUAGE", languages,
                         "source and target master string directories (or --master-strings)");
-    compare->add_option("--format", format, "text or json")->check(CLI::IsMember({"text", "json"}));
+    compare->add_option("--format", reportFormat, "text or json")
+        ->check(CLI::IsMember({"text", "json"}));
     compare->callback([&] {
         const auto read = readLanguages();
         if (read.size() != 2) {
             status = Usage("compare needs exactly two language directories, the source first");
             return;
         }
-        status = QanTool::PrintComparison(QanTool::Compare(read[0], read[1]), format == "json",
-                                          std::cout);
+        status = QanTool::PrintComparison(QanTool::Compare(read[0], read[1]),
+                                          reportFormat == "json", std::cout);
     });
 
     auto* cursors = app.add_subcommand("cursor-table", "write or dump a cursor table");
@@ -261,6 +265,84 @@ int Run(int argc, char** argv) {
         "dump", "print the cursor table of a QanIcons.dll (or of table bytes)");
     dump->add_option("DLL", modulePath, "module file")->required();
     dump->callback([&] { status = CursorDump(modulePath); });
+
+    // The translators' loop: export to a catalogue, import it back, pseudo-localise.
+    std::string format, outFile, sourceLang, targetLang;
+    std::vector<std::string> exportDirs;
+    auto* exportCmd = app.add_subcommand(
+        "export", "write the strings of SOURCE_DIR (and TARGET_DIR's translations) as PO or XLIFF");
+    exportCmd->add_option("DIRS", exportDirs, "SOURCE_DIR [TARGET_DIR]: master string directories")
+        ->required()
+        ->expected(1, 2);
+    exportCmd->add_option("--format", format, "po (default) or xliff")
+        ->check(CLI::IsMember({"po", "xliff"}));
+    exportCmd->add_option("-o,--output", outFile, "write to FILE instead of standard output")
+        ->type_name("FILE");
+    exportCmd->add_option("--source-lang", sourceLang,
+                          "source language (default: from SOURCE_DIR)");
+    exportCmd->add_option("--target-lang", targetLang,
+                          "target language (default: from TARGET_DIR)");
+    exportCmd->add_flag("--force", force, "replace an existing output FILE");
+    exportCmd->footer("Key tables are read from --resources DIR (default: SOURCE_DIR).");
+    exportCmd->callback([&] {
+        QanTool::ExportRequest request;
+        request.sourceDir = PathFromUtf8(exportDirs[0]);
+        if (exportDirs.size() > 1)
+            request.targetDir = PathFromUtf8(exportDirs[1]);
+        request.resourceDir =
+            PathFromUtf8(settings.resources.empty() ? exportDirs[0] : settings.resources);
+        request.sourceLanguage = sourceLang;
+        request.targetLanguage = targetLang;
+        request.format =
+            format == "xliff" ? QanTool::CatalogueFormat::Xliff : QanTool::CatalogueFormat::Po;
+        std::string document;
+        if (auto error = QanTool::ExportCatalogue(request, document, std::cerr); !error.empty())
+            status = Usage(error);
+        else if (outFile.empty())
+            std::cout << document;
+        else if (auto written = QanTool::WriteOutputFile(PathFromUtf8(outFile), document, force);
+                 !written.empty())
+            status = Usage(written);
+    });
+    QanTool::ImportRequest importRequest;
+    std::string importFile, importDir;
+    auto* importCmd = app.add_subcommand(
+        "import", "write the texts of a PO or XLIFF FILE into the master string directory DIR");
+    importCmd->add_option("FILE", importFile, "PO or XLIFF file")->required();
+    importCmd->add_option("DIR", importDir, "master string directory")->required();
+    importCmd->add_option("--format", format, "po or xliff (default: by content)")
+        ->check(CLI::IsMember({"po", "xliff"}));
+    importCmd->add_flag("--force", importRequest.force,
+                        "replace existing strings.xml and startupstrings.xml");
+    importCmd->add_flag("--keep-fuzzy", importRequest.options.keepFuzzy,
+                        "use fuzzy translations (default: the source text, as gettext does)");
+    importCmd->add_flag("--skip-untranslated", importRequest.options.skipUntranslated,
+                        "leave out untranslated messages (default: write the source text)");
+    importCmd->footer(QanTool::kImportRules);
+    importCmd->callback([&] {
+        importRequest.file = PathFromUtf8(importFile);
+        importRequest.dir = PathFromUtf8(importDir);
+        if (!format.empty())
+            importRequest.format =
+                format == "xliff" ? QanTool::CatalogueFormat::Xliff : QanTool::CatalogueFormat::Po;
+        if (auto error = QanTool::ImportIntoDirectory(importRequest, std::cerr); !error.empty())
+            status = Usage(error);
+    });
+    std::string pseudoSource, pseudoOut;
+    int expand = 35;
+    auto* pseudo = app.add_subcommand(
+        "pseudo", "write a pseudo-localised master string directory OUT_DIR from SOURCE_DIR");
+    pseudo->add_option("SOURCE_DIR", pseudoSource, "master string directory")->required();
+    pseudo->add_option("OUT_DIR", pseudoOut, "directory to write (created if missing)")->required();
+    pseudo->add_option("--expand", expand, "percentage by which each text grows (default 35)")
+        ->check(CLI::Range(0, 1000));
+    pseudo->add_flag("--force", force, "replace existing string files in OUT_DIR");
+    pseudo->callback([&] {
+        if (auto error = QanTool::PseudoDirectory(
+                PathFromUtf8(pseudoSource), PathFromUtf8(pseudoOut), expand, force, std::cerr);
+            !error.empty())
+            status = Usage(error);
+    });
 
     try {
         app.parse(argc, argv);

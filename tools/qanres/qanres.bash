@@ -4,7 +4,8 @@ _qanres() {
     _init_completion || return
 
     local commands="string caption tooltip-header tooltip-body icon cursor icon-path
-        image-path legacy-guid legacy-string strip-menu lint fmt cursor-table"
+        image-path legacy-guid legacy-string strip-menu lint fmt stats compare cursor-table
+        export import pseudo"
     local options="--master-strings --resources --icons --base --icon-subdir --app --escape
         --help --version"
 
@@ -13,7 +14,15 @@ _qanres() {
         _filedir -d
         return
         ;;
-    --icon-subdir | --app)
+    --icon-subdir | --app | --source-lang | --target-lang | --expand)
+        return
+        ;;
+    --format)
+        COMPREPLY=($(compgen -W "po xliff" -- "$cur"))
+        return
+        ;;
+    -o | --output)
+        _filedir
         return
         ;;
     esac
@@ -38,11 +47,37 @@ _qanres() {
     lint)
         _filedir -d
         ;;
+    stats | compare)
+        if [[ $prev == --format ]]; then
+            COMPREPLY=($(compgen -W "text json" -- "$cur"))
+        elif [[ $cur == -* ]]; then
+            COMPREPLY=($(compgen -W "--format" -- "$cur"))
+        else
+            _filedir -d
+        fi
+        ;;
     fmt)
         if [[ $cur == -* ]]; then
             COMPREPLY=($(compgen -W "--check" -- "$cur"))
         else
             _filedir -d
+        fi
+        ;;
+    export | pseudo)
+        if [[ $cur == -* ]]; then
+            local more="--force"
+            [[ $command == export ]] && more+=" --format -o --output --source-lang --target-lang"
+            [[ $command == pseudo ]] && more+=" --expand"
+            COMPREPLY=($(compgen -W "$more" -- "$cur"))
+        else
+            _filedir -d
+        fi
+        ;;
+    import)
+        if [[ $cur == -* ]]; then
+            COMPREPLY=($(compgen -W "--format --force --keep-fuzzy --skip-untranslated" -- "$cur"))
+        else
+            _filedir
         fi
         ;;
     cursor-table)
