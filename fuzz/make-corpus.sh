@@ -34,7 +34,7 @@ directory_seed() { # directory_seed <dir>
 }
 
 sources=(examples/resources tests/qanres/data/messy tests/qanres/data/faulty
-         tests/qanres/data/refused)
+         tests/qanres/data/refused tests/qanres/data/translate)
 for dir in "${sources[@]}"; do
     name=$(echo "$dir" | tr / -)
     for target in string_collection_fuzz lint_fmt_fuzz lint_lookup_fuzz; do
@@ -105,7 +105,7 @@ printf '<r><map guid="a">a</map><map guid="b"><map guid="c">c</map>b</map><map i
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 x86_64-w64-mingw32-windres tests/icons/fixtures/QanIcons.rc -O coff -o "$work/res.o"
-x86_64-w64-mingw32-gcc -shared -nostdlib -s -Wl,--entry=0 -o "$work/QanIcons.dll" "$work/res.o"
+x86_64-w64-mingw32-gcc -shared -nostdlib -s -Wl,--entry=0,--no-insert-timestamp,--image-base=0x180000000 -o "$work/QanIcons.dll" "$work/res.o"
 { printf '\x01'; cat "$work/QanIcons.dll"; } | seed pe_cursor_table_fuzz fixture-module
 # count 2: "Arrow" id 7, "Hand" id 9 (UTF-16 little endian)
 printf '\x00\x02\x00\x00\x00\x05\x00\x00\x00A\0r\0r\0o\0w\0\x07\x00\x00\x00\x04\x00\x00\x00H\0a\0n\0d\0\x09\x00\x00\x00' |

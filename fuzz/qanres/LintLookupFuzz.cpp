@@ -53,6 +53,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     directory.Fill(QanFuzz::SplitInput(data, size));
     if (QanTool::LintDirectory(directory.Path(), "").HasErrors())
         return 0;
+    // How many inputs lint called clean, printed at exit: a run that compares nothing
+    // shows as zero.
+    static std::size_t clean = 0;
+    if (clean++ == 0)
+        std::atexit([] { std::fprintf(stderr, "lint-clean directories compared: %zu\n", clean); });
     const auto files = directory.Snapshot();
 
     // The text each id is answered with. A missing or unreadable string file leaves the
