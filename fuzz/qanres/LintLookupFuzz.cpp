@@ -3,7 +3,9 @@
 // every row its key tables hold, as their author wrote them, through the public look-ups:
 // the decoded text of the element the row's id names (an override's before the string
 // file's, the first of equal ids), an empty text for an id that no text file holds, and
-// the same answers before and after the full string file is read.
+// the same answers before and after the full string file is read; and every icon map
+// entry, the first of equal keys, names its file in the icon folder.
+#include "IconMap.h"
 #include "KeyTable.h"
 #include "Lint.h"
 #include "ScratchDirectory.h"
@@ -11,6 +13,7 @@
 
 #include "base/Settings.h"
 #include "base/Unicode.h"
+#include "platform/Path.h"
 #include "service/ResourcesImpl.h"
 #include "strings/DecodeStringText.h"
 
@@ -18,6 +21,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cwctype>
 #include <map>
 #include <optional>
 
@@ -36,6 +40,18 @@ Texts(const std::map<std::string, std::string>& files, const char* name) {
         if (element.quotedValues > 0)
             texts.emplace(std::string(element.id), std::string(element.text));
     return texts;
+}
+
+// A "name.png.png" entry, in any case, stands for the single image "name.png".
+bool EndsWithDoublePng(const QanStringT<wchar_t>& name) {
+    static constexpr std::wstring_view suffix = L".png.png";
+    if (name.size() < suffix.size())
+        return false;
+    for (std::size_t i = 0; i < suffix.size(); ++i)
+        if (std::towlower(static_cast<std::wint_t>(name[name.size() - suffix.size() + i])) !=
+            static_cast<std::wint_t>(suffix[i]))
+            return false;
+    return true;
 }
 
 void Fail(const std::string& key, const char* table, const QanStringT<wchar_t>& answer,
@@ -79,7 +95,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     auto& settings = Framework::Internal::ProcessSettings();
     settings.masterStringDirectory = Framework::Utf8::Decode(directory.Path().string());
     settings.resourceDirectory = settings.masterStringDirectory;
-    settings.iconDirectory.clear();
+    settings.iconDirectory = settings.masterStringDirectory;
+    settings.iconSubdirectory.clear();
     Framework::Internal::ResourcesImpl service;
     Framework::Internal::IResources::SetResourcesForTests(&service);
 
@@ -101,6 +118,27 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                     Fail(key, QanTool::kKeyTables[t], answer, expected);
             }
         }
+
+    if (const auto map = files.find(QanTool::kIconMap); map != files.end()) {
+        namespace Path = Framework::Path;
+        const QanStringT<wchar_t> folder =
+            Path::Combine(settings.iconDirectory, settings.iconSubdirectory);
+        std::map<std::string, std::string> fileOf; // the first of equal keys
+        for (const auto& entry : QanTool::ReadIconMap(map->second).entries)
+            fileOf.emplace(entry.key, entry.file);
+        for (const auto& [key, file] : fileOf) {
+            const QanStringT<wchar_t> name = Framework::Utf8::Decode(file);
+            Resources::ResourceID expected;
+            if (EndsWithDoublePng(name))
+                expected.pngPath = Path::Combine(folder, name.substr(0, name.size() - 4));
+            else
+                expected.iconPath = Path::AddBackslash(Path::Combine(folder, name));
+            const Resources::ResourceID answer = Resources::GetIcon(Framework::Utf8::Decode(key));
+            if (!(answer == expected))
+                Fail(key, QanTool::kIconMap, answer.iconPath + L"|" + answer.pngPath,
+                     expected.iconPath + L"|" + expected.pngPath);
+        }
+    }
     Framework::Internal::IResources::SetResourcesForTests(nullptr);
     return 0;
 }
