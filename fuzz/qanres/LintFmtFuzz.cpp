@@ -4,11 +4,15 @@
 // after fmt has nothing left to do; and lint after fmt reports none of the faults that fmt
 // repairs.
 #include "Format.h"
+#include "IconMap.h"
+#include "KeyTable.h"
 #include "Lint.h"
 #include "ScratchDirectory.h"
+#include "TextFile.h"
 
 #include <cstdlib>
 #include <cstring>
+#include <set>
 
 namespace {
 
@@ -35,6 +39,30 @@ constexpr const char* kRepairedFindings[] = {
     "line without a comma",
 };
 
+// What a file says, whatever its layout: the id and text of each string element (a
+// self-closing one has an empty text), the key and id of each key-table line that is not
+// blank, the key and file of each icon map entry. fmt may reorder them, never change one.
+using Content = std::multiset<std::pair<std::string, std::string>>;
+
+Content ContentOf(const std::string& name, std::string_view bytes) {
+    Content content;
+    if (name == QanTool::kIconMap) {
+        for (const auto& entry : QanTool::ReadIconMap(bytes).entries)
+            content.emplace(entry.key, entry.file);
+    } else if (name.ends_with(".csv")) {
+        if (bytes.substr(0, 3) == "\xEF\xBB\xBF")
+            bytes.remove_prefix(3);
+        for (const auto& line : QanTool::ReadKeyLines(bytes))
+            if (line.text.find_first_not_of(" \t\r\n") != std::string_view::npos)
+                content.emplace(line.key, line.id);
+    } else {
+        for (const auto& element : QanTool::ReadAsMarkup(bytes).elements)
+            if (element.quotedValues > 0)
+                content.emplace(element.id, element.selfClosing ? "" : element.text);
+    }
+    return content;
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -60,6 +88,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const auto& change : plan.changes) {
         Check(before.at(change.name) == change.original, "a change starts from the file as read");
         expected[change.name] = change.bytes;
+        Check(ContentOf(change.name, change.bytes) == ContentOf(change.name, change.original),
+              "fmt keeps every string, key and icon as written");
     }
     Check(directory.Snapshot() == expected, "fmt writes exactly its plan");
 
