@@ -39,6 +39,11 @@ TEST(Format, RepairsEveryFileFormAndRefusesWhatNeedsAGuess) {
          "<?xml version=\"1.0\"?>\n<strings>\n  <s id=\"A\">a</s>\n  <s id=\"A\">second A</s>\n"
          "  <s id=\"B\"></s>\n</strings>\n",
          "", true},
+        // A root without strings, as an empty start tag: its own line end is the one the
+        // header lines get, not another line after them.
+        {text, "<?xml version=\"1.0\"?>\n<strings/>\n", "", true},
+        {text, "<?xml version=\"1.0\"?>\r\n<strings/>", "<?xml version=\"1.0\"?>\n<strings/>\n",
+         true},
         {text, "<?xml?>\n<r>\n<s id=\"A\" lang=\"en\">x</s>\n</r>\n",
          "3:1: element with more than one quoted attribute", false},
         {text, "<?xml?>\n<r>\n<s id=\"A\">x\n", "3:1: element is not closed", false},

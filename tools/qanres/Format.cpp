@@ -148,8 +148,16 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
         reason = "1:1: the declaration or the root start tag spans several lines";
         return false;
     }
-    out = NormaliseLineEnds(
-        Reassemble(b, prefix, chunks, order, chunks.empty() ? m.trailerBegin : chunks.back().end));
+    std::size_t suffixBegin = chunks.empty() ? m.trailerBegin : chunks.back().end;
+    // An empty root start tag ("<strings/>") is the whole of line 2, and the prefix ends that
+    // line already: the blank rest of its line in the file is not written as another one,
+    // or every run of fmt would add a line.
+    if (chunks.empty() && m.trailerBegin == m.rootEnd) {
+        const std::size_t lf = b.find('\n', suffixBegin);
+        if (lf != std::string_view::npos && IsBlank(b.substr(suffixBegin, lf - suffixBegin)))
+            suffixBegin = lf + 1;
+    }
+    out = NormaliseLineEnds(Reassemble(b, prefix, chunks, order, suffixBegin));
     return true;
 }
 
