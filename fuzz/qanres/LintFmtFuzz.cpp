@@ -41,14 +41,23 @@ constexpr const char* kRepairedFindings[] = {
 
 // What a file says, whatever its layout: the id and text of each string element (a
 // self-closing one has an empty text), the key and id of each key-table line that is not
-// blank, the key and file of each icon map entry. fmt may reorder them, never change one.
+// blank, the key and file of each icon map entry. fmt may reorder them and, as it says,
+// turns CR LF into LF in text files and icon maps, texts included; nothing else changes.
 using Content = std::multiset<std::pair<std::string, std::string>>;
+
+std::string LineFeedsOnly(std::string_view text) {
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if (!(text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n'))
+            out += text[i];
+    return out;
+}
 
 Content ContentOf(const std::string& name, std::string_view bytes) {
     Content content;
     if (name == QanTool::kIconMap) {
         for (const auto& entry : QanTool::ReadIconMap(bytes).entries)
-            content.emplace(entry.key, entry.file);
+            content.emplace(LineFeedsOnly(entry.key), LineFeedsOnly(entry.file));
     } else if (name.ends_with(".csv")) {
         if (bytes.substr(0, 3) == "\xEF\xBB\xBF")
             bytes.remove_prefix(3);
@@ -58,7 +67,8 @@ Content ContentOf(const std::string& name, std::string_view bytes) {
     } else {
         for (const auto& element : QanTool::ReadAsMarkup(bytes).elements)
             if (element.quotedValues > 0)
-                content.emplace(element.id, element.selfClosing ? "" : element.text);
+                content.emplace(LineFeedsOnly(element.id),
+                                LineFeedsOnly(element.selfClosing ? "" : element.text));
     }
     return content;
 }
@@ -88,13 +98,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const auto& change : plan.changes) {
         Check(before.at(change.name) == change.original, "a change starts from the file as read");
         expected[change.name] = change.bytes;
-        Check(ContentOf(change.name, change.bytes) == ContentOf(change.name, change.original),
-              "fmt keeps every string, key and icon as written");
+        if (ContentOf(change.name, change.bytes) != ContentOf(change.name, change.original)) {
+            std::fprintf(stderr, "%s before:\n%s\nafter:\n%s\n", change.name.c_str(),
+                         change.original.c_str(), change.bytes.c_str());
+            Check(false, "fmt keeps every string, key and icon as written");
+        }
     }
     Check(directory.Snapshot() == expected, "fmt writes exactly its plan");
 
     const QanTool::FormatPlan again = QanTool::PlanFormat(dir);
+    if (!again.refusal.empty())
+        std::fprintf(stderr, "refused: %s\n", again.refusal.c_str());
     Check(again.refusal.empty(), "fmt accepts what it wrote");
+    for (const auto& change : again.changes)
+        std::fprintf(stderr, "%s formatted:\n%s\nagain:\n%s\n", change.name.c_str(),
+                     change.original.c_str(), change.bytes.c_str());
     Check(again.changes.empty(), "fmt twice is fmt once");
 
     const QanTool::DiagnosticList findings = QanTool::LintDirectory(dir, "d");
