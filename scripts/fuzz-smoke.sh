@@ -58,8 +58,10 @@ for target in $(printf '%s\n' "${targets[@]}" | sort); do
         -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="$build/artifacts/$target-" \
         "$corpus" "fuzz/corpus/$target" >"$log" 2>&1; then
         executions=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
-        coverage=$(grep -E '^#[0-9]+' "$log" | tail -1 | sed -n 's/.*cov: \([0-9]*\).*/\1/p')
-        echo "    ok: $executions runs, cov $coverage, corpus $(ls "$corpus" | wc -l) files"
+        last=$(grep -E '^#[0-9]+' "$log" | tail -1)
+        coverage=$(echo "$last" | sed -n 's/.* cov: \([0-9]*\).*/\1/p')
+        entries=$(echo "$last" | sed -n 's/.* corp: \([0-9]*\/[0-9]*[a-zA-Z]*\).*/\1/p')
+        echo "    ok: $executions runs, cov $coverage, corpus $entries"
     else
         echo "    FAILED: see $log" >&2
         grep -E 'ERROR|violated|SUMMARY|Test unit written' "$log" | head -5 >&2 || true

@@ -44,6 +44,13 @@ TEST(Format, RepairsEveryFileFormAndRefusesWhatNeedsAGuess) {
         {text, "<?xml version=\"1.0\"?>\n<strings/>\n", "", true},
         {text, "<?xml version=\"1.0\"?>\r\n<strings/>", "<?xml version=\"1.0\"?>\n<strings/>\n",
          true},
+        {text, "<?xml version=\"1.0\"?><strings/>\r", "<?xml version=\"1.0\"?>\n<strings/>\n",
+         true},
+        // A carriage return that ends the file ends its last line.
+        {text, "<?xml version=\"1.0\"?>\n<strings>\n</strings>\r",
+         "<?xml version=\"1.0\"?>\n<strings>\n</strings>\n", true},
+        {map, "<icons><map guid=\"a\">a.ico</map></icons>\r",
+         "<icons><map guid=\"a\">a.ico</map></icons>\n", true},
         {text, "<?xml?>\n<r>\n<s id=\"A\" lang=\"en\">x</s>\n</r>\n",
          "3:1: element with more than one quoted attribute", false},
         {text, "<?xml?>\n<r>\n<s id=\"A\">x\n", "3:1: element is not closed", false},

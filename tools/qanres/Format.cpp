@@ -38,6 +38,10 @@ std::string NormaliseLineEnds(std::string_view in) {
             continue;
         out += in[i];
     }
+    // A carriage return that ends the file is its last line end: the line feed added here
+    // would make a CR LF of it, which the next run would rewrite.
+    if (!out.empty() && out.back() == '\r')
+        out.back() = '\n';
     if (!out.empty() && out.back() != '\n')
         out += '\n';
     return out;
@@ -153,9 +157,9 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
     // line already: the blank rest of its line in the file is not written as another one,
     // or every run of fmt would add a line.
     if (chunks.empty() && m.trailerBegin == m.rootEnd) {
-        const std::size_t lf = b.find('\n', suffixBegin);
-        if (lf != std::string_view::npos && IsBlank(b.substr(suffixBegin, lf - suffixBegin)))
-            suffixBegin = lf + 1;
+        const std::size_t lf = std::min(b.find('\n', suffixBegin), b.size());
+        if (IsBlank(b.substr(suffixBegin, lf - suffixBegin)))
+            suffixBegin = std::min(lf + 1, b.size());
     }
     out = NormaliseLineEnds(Reassemble(b, prefix, chunks, order, suffixBegin));
     return true;
