@@ -51,6 +51,11 @@ TEST(Format, RepairsEveryFileFormAndRefusesWhatNeedsAGuess) {
          "<?xml version=\"1.0\"?>\n<strings>\n</strings>\n", true},
         {map, "<icons><map guid=\"a\">a.ico</map></icons>\r",
          "<icons><map guid=\"a\">a.ico</map></icons>\n", true},
+        // What follows an empty root start tag is checked like what follows an end tag:
+        // laid out on line 3, a quote there would be read as a string id.
+        {text, "<?xml version=\"1.0\"?><strings/>\"s\">x", "1:32: content after the root element",
+         false},
+        {text, "<?xml version=\"1.0\"?>\n<strings/>\n<!-- c -->\n", "", true},
         {text, "<?xml?>\n<r>\n<s id=\"A\" lang=\"en\">x</s>\n</r>\n",
          "3:1: element with more than one quoted attribute", false},
         {text, "<?xml?>\n<r>\n<s id=\"A\">x\n", "3:1: element is not closed", false},

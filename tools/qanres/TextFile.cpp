@@ -118,6 +118,19 @@ TextFileMarkup ReadAsMarkup(std::string_view b) {
     auto problem = [&](std::size_t offset, std::string message, bool error, bool repairable) {
         m.problems.push_back({offset, std::move(message), error, repairable});
     };
+    // After the root element only white space and comments may follow: the library would
+    // read a double quote there as a string id once the file has more than two lines.
+    auto checkAfterRoot = [&](std::size_t pos) {
+        pos = SkipSpace(b, pos);
+        while (At(b, pos, "<!--")) {
+            const std::size_t close = b.find("-->", pos);
+            if (close == std::string_view::npos)
+                break;
+            pos = SkipSpace(b, close + 3);
+        }
+        if (pos < b.size())
+            problem(pos, "content after the root element", true, false);
+    };
     std::size_t pos = 0;
     if (At(b, 0, "\xEF\xBB\xBF"))
         pos = 3;
@@ -161,6 +174,7 @@ TextFileMarkup ReadAsMarkup(std::string_view b) {
     pos = root.close + 1;
     if (root.selfClosing) {
         m.trailerBegin = pos;
+        checkAfterRoot(pos);
         return m;
     }
 
@@ -195,15 +209,7 @@ TextFileMarkup ReadAsMarkup(std::string_view b) {
             }
             if (end.name != m.rootName)
                 problem(pos, "end tag does not match the root element", true, false);
-            pos = SkipSpace(b, end.close + 1);
-            while (At(b, pos, "<!--")) {
-                const std::size_t close = b.find("-->", pos);
-                if (close == std::string_view::npos)
-                    break;
-                pos = SkipSpace(b, close + 3);
-            }
-            if (pos < b.size())
-                problem(pos, "content after the root element", true, false);
+            checkAfterRoot(end.close + 1);
             return m;
         }
         if (b[pos] != '<') {
