@@ -90,6 +90,29 @@ DecodedCursorTable DecodeCursorTable(std::string_view bytes) {
         table.entries.push_back({e.name, e.id, 0});
     table.truncated = read.status == ReadStatus::Truncated;
     table.trailingBytes = read.status == ReadStatus::TrailingBytes;
+    // The strict read drops an entry whose id is cut off; the library keeps its name with
+    // id 0, so that name is looked up like any other.
+    if (table.truncated && table.count > 0 &&
+        table.entries.size() < static_cast<std::size_t>(table.count)) {
+        std::size_t at = 4;
+        for (const auto& e : table.entries)
+            at += 8 + 2 * e.name.size();
+        auto byte = [&](std::size_t i) {
+            return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[i]));
+        };
+        if (at + 4 <= bytes.size()) {
+            const std::uint32_t units =
+                byte(at) | byte(at + 1) << 8 | byte(at + 2) << 16 | byte(at + 3) << 24;
+            at += 4;
+            if ((bytes.size() - at) / 2 >= units) {
+                std::u16string name;
+                for (std::uint32_t i = 0; i < units; ++i, at += 2)
+                    name += static_cast<char16_t>(byte(at) | byte(at + 1) << 8);
+                table.entries.push_back({std::move(name), 0, 0});
+                table.lastIdMissing = true;
+            }
+        }
+    }
     return table;
 }
 

@@ -36,6 +36,8 @@ struct DecodedCursorTable {
     std::int32_t count = 0;           // as stored
     std::vector<CursorEntry> entries; // those that could be read
     bool truncated = false;           // the bytes ended before count entries were read
+    bool lastIdMissing = false;       // the last entry's name was read but not its id: the library
+                                      // keeps it, with id 0
     bool trailingBytes = false;       // bytes left after the last entry
 };
 DecodedCursorTable DecodeCursorTable(std::string_view bytes);

@@ -402,7 +402,15 @@ private:
                       ": the library fails to start");
             return;
         }
-        if (table.truncated)
+        if (table.lastIdMissing) {
+            const std::size_t n = table.entries.size(),
+                              rest = static_cast<std::size_t>(table.count) - n;
+            Error(file, {1, 1},
+                  "the cursor table ends early: entry " + std::to_string(n) +
+                      " has no id, so it answers with id 0" +
+                      (rest ? ", and the " + std::to_string(rest) + " after it have empty names"
+                            : std::string()));
+        } else if (table.truncated)
             Error(file, {1, 1},
                   "the cursor table ends early: " + std::to_string(table.entries.size()) + " of " +
                       std::to_string(table.count) + " entries read, the rest have empty names");
