@@ -99,6 +99,20 @@ private:
     void Prolog() {
         Misc();
         if (At("<!DOCTYPE")) {
+            // Declarations inside it may define entities that the parser expands, so the
+            // library's reading of the rest cannot be told without them.
+            const std::size_t subset = b.find_first_of("[>", pos);
+            if (subset != std::string_view::npos && b[subset] == '[') {
+                if (!failed)
+                    view.problems.push_back(
+                        {pos,
+                         "a document type declaration with declarations inside it: qanres does "
+                         "not read them and cannot check this map (remove them)",
+                         true});
+                failed = true;
+                pos = b.size();
+                return;
+            }
             SkipTo(">", "document type declaration");
             Misc();
         }

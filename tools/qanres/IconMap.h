@@ -22,11 +22,14 @@ struct IconMapEntry {
 struct IconMapProblem {
     std::size_t offset = 0;
     std::string message;
+    // Set when the map holds what this reader does not model (declarations in a document
+    // type declaration): whether the library keeps the map is then not known.
+    bool unchecked = false;
 };
 
 struct IconMapView {
     std::vector<IconMapEntry> entries;
-    std::vector<IconMapProblem> problems; // any one of these empties the library's map
+    std::vector<IconMapProblem> problems; // any one not unchecked empties the library's map
     bool flat = true;                     // every map a child of the root, nothing else there
     std::size_t rootContentEnd = 0;       // the '<' of the root's end tag
 };

@@ -364,9 +364,9 @@ private:
         const IconMapView view = ReadIconMap(bytes);
         for (const auto& p : view.problems)
             Error(file, lines.At(p.offset),
-                  p.message.find("rejects") == std::string::npos
-                      ? p.message + ": the library rejects the whole map"
-                      : p.message);
+                  p.unchecked || p.message.find("rejects") != std::string::npos
+                      ? p.message
+                      : p.message + ": the library rejects the whole map");
         std::map<std::u16string, std::size_t> firstSeen;
         const IconMapEntry* previous = nullptr;
         std::u16string previousKey;
