@@ -96,6 +96,20 @@ TEST(Lint, EachSeededFaultIsFoundWhereItStands) {
          Map("<map guid=\"f\"><map guid=\"g\">g.ico</map>f.ico</map>\n"),
          {"2:1: error: key 'f' is out of order", "2:15: error: inside another \"map\""}},
         {map, Map("<map guid=\"e\"></map>\n"), {"2:1: error: without a file name"}},
+        // What a conforming parser rejects or rewrites: a processing instruction without
+        // a target, a malformed XML declaration, control characters; white space in an
+        // attribute value reaches the library as spaces.
+        {map, "<?>" + Map(""), {"1:1: error: a processing instruction needs a target name"}},
+        {map, "<?xml?>\n" + Map(""), {"1:1: error: the XML declaration needs a version"}},
+        {map, "<?xml encoding=\"UTF-8\"?>\n" + Map(""), {"1:7: error: the XML declaration takes"}},
+        {map,
+         "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n" + Map(""),
+         {"1:31: error: encoding 'ISO-8859-1': qanres reads icon maps as UTF-8 only"}},
+        {map, " <?xml version=\"1.0\"?>\n" + Map(""), {"1:2: error: an XML declaration may stand"}},
+        {map, Map("<map guid=\"a\">\x14</map>\n"), {"2:15: error: a character that XML does not"}},
+        {map,
+         Map("<map guid=\"a\tb\">x</map>\n<map guid=\"a\r\nb\">y</map>\n"),
+         {"3:1: warning: duplicate key 'a b'"}},
         // Entities declared in the document type declaration are expanded by the library's
         // parser: lint says it cannot check such a map rather than guessing.
         {map,

@@ -39,6 +39,16 @@ public:
     IconMapView Run() {
         if (std::size_t bad = Framework::Unicode::FindInvalidUtf8(b); bad != std::string_view::npos)
             Fail(bad, "invalid UTF-8: the XML parser rejects the file");
+        // Characters that XML 1.0 does not allow anywhere: controls other than tab, line
+        // feed and carriage return, and U+FFFE and U+FFFF.
+        for (std::size_t i = 0; i < b.size(); ++i) {
+            const auto c = static_cast<unsigned char>(b[i]);
+            if ((c < 0x20 && c != '\t' && c != '\n' && c != '\r') ||
+                (c == 0xEF && b.substr(i + 1, 2) >= "\xBF\xBE" && b.substr(i + 1, 1) == "\xBF")) {
+                Fail(i, "a character that XML does not allow: the XML parser rejects the file");
+                break;
+            }
+        }
         if (b.substr(0, 3) == kByteOrderMark)
             pos = 3;
         Prolog();
@@ -81,6 +91,121 @@ private:
         return true;
     }
 
+    // "<?target ...?>" at pos. The target is a name; "xml" in any case is the XML
+    // declaration, allowed only at the very start, where its version, encoding and
+    // standalone pseudo-attributes must stand in that order.
+    void ProcessingInstruction() {
+        const std::size_t start = pos;
+        pos += 2;
+        const std::size_t nameBegin = pos;
+        while (pos < b.size() && IsNameChar(b[pos]) && b[pos] != '?')
+            ++pos;
+        const std::string_view target = b.substr(nameBegin, pos - nameBegin);
+        if (target.empty()) {
+            Fail(start, "a processing instruction needs a target name");
+            return;
+        }
+        if (!At("?>") && (pos >= b.size() || !IsSpace(b[pos]))) {
+            Fail(pos, "white space must follow a processing instruction's target");
+            return;
+        }
+        std::string lower(target);
+        for (char& c : lower)
+            c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+        if (lower != "xml") {
+            SkipTo("?>", "processing instruction");
+            return;
+        }
+        const std::size_t atStart = b.substr(0, 3) == kByteOrderMark ? 3 : 0;
+        if (target != "xml" || start != atStart) {
+            Fail(start, "an XML declaration may stand only at the very start, in lower case");
+            return;
+        }
+        XmlDeclaration(start);
+    }
+
+    // The pseudo-attributes of the XML declaration, as a conforming parser checks them.
+    void XmlDeclaration(std::size_t start) {
+        const std::string_view names[] = {"version", "encoding", "standalone"};
+        std::size_t next = 0;
+        bool first = true;
+        for (;;) {
+            const std::size_t before = pos;
+            SkipSpace();
+            if (At("?>")) {
+                pos += 2;
+                break;
+            }
+            if (pos == before) {
+                Fail(pos, "white space must separate the XML declaration's parts");
+                return;
+            }
+            const std::size_t nameBegin = pos;
+            while (pos < b.size() && b[pos] >= 'a' && b[pos] <= 'z')
+                ++pos;
+            const std::string_view name = b.substr(nameBegin, pos - nameBegin);
+            while (next < std::size(names) && names[next] != name)
+                ++next;
+            if (next == std::size(names) || (first && next != 0)) {
+                Fail(nameBegin, "the XML declaration takes version, then encoding and "
+                                "standalone, each once");
+                return;
+            }
+            SkipSpace();
+            if (!At("=")) {
+                Fail(pos, "'=' expected in the XML declaration");
+                return;
+            }
+            ++pos;
+            SkipSpace();
+            if (pos >= b.size() || (b[pos] != '"' && b[pos] != '\'')) {
+                Fail(pos, "a quoted value expected in the XML declaration");
+                return;
+            }
+            const std::size_t close = b.find(b[pos], pos + 1);
+            if (close == std::string_view::npos) {
+                Fail(pos, "unclosed XML declaration");
+                pos = b.size();
+                return;
+            }
+            const std::string_view value = b.substr(pos + 1, close - pos - 1);
+            const std::size_t valueAt = pos + 1;
+            pos = close + 1;
+            bool ok = true;
+            if (names[next] == "version") {
+                ok = value.size() > 2 && value.substr(0, 2) == "1." &&
+                     value.find_first_not_of("0123456789", 2) == std::string_view::npos;
+            } else if (names[next] == "standalone") {
+                ok = value == "yes" || value == "no";
+            } else {
+                std::string lower(value);
+                for (char& c : lower)
+                    c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+                if (lower != "utf-8") {
+                    // Other encodings change what the parser makes of the bytes.
+                    if (!failed)
+                        view.problems.push_back(
+                            {valueAt,
+                             "encoding '" + std::string(value) +
+                                 "': qanres reads icon maps as UTF-8 only and cannot check this "
+                                 "one (declare UTF-8)",
+                             true});
+                    failed = true;
+                    pos = b.size();
+                    return;
+                }
+            }
+            if (!ok) {
+                Fail(valueAt, "invalid " + std::string(names[next]) + " in the XML declaration");
+                return;
+            }
+            ++next;
+            first = false;
+        }
+        if (first)
+            Fail(start, "the XML declaration needs a version");
+    }
+
     void Misc() {
         for (;;) {
             SkipSpace();
@@ -89,7 +214,7 @@ private:
             if (At("<!--")) {
                 SkipTo("-->", "comment");
             } else if (At("<?")) {
-                SkipTo("?>", "processing instruction");
+                ProcessingInstruction();
             } else {
                 return;
             }
@@ -212,7 +337,14 @@ private:
                     Fail(pos, "'<' in an attribute value");
                 else if (b[pos] == '&')
                     Reference(a.value);
-                else
+                else if (IsSpace(b[pos])) {
+                    // Attribute-value normalisation: each white-space character, and a
+                    // CR LF pair as one, reaches the application as a space.
+                    if (b[pos] == '\r' && pos + 1 < b.size() && b[pos + 1] == '\n')
+                        ++pos;
+                    a.value += ' ';
+                    ++pos;
+                } else
                     a.value += b[pos++];
             }
             if (pos >= b.size()) {
@@ -314,7 +446,7 @@ private:
                         view.flat = false;
                     pos = close + 3;
                 } else if (At("<?")) {
-                    SkipTo("?>", "processing instruction");
+                    ProcessingInstruction();
                 } else {
                     std::string inner;
                     Element(depth + 1);
