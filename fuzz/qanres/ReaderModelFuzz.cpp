@@ -41,7 +41,9 @@ QanStringT<wchar_t> Wide(const std::u16string& units) {
         if (Framework::Unicode::IsHighSurrogate(unit) && i + 1 < units.size() &&
             Framework::Unicode::IsLowSurrogate(units[i + 1]))
             unit = Framework::Unicode::CombineSurrogates(unit, units[++i]);
-        Framework::Unicode::AppendWide(unit, out);
+        else if (sizeof(wchar_t) == 4 && Framework::Unicode::IsSurrogate(unit))
+            unit = 0xFFFD; // the library's reading of an unpaired surrogate
+        out.push_back(static_cast<wchar_t>(unit));
     }
     return out;
 }
