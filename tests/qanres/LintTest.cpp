@@ -106,6 +106,7 @@ TEST(Lint, EachSeededFaultIsFoundWhereItStands) {
          "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n" + Map(""),
          {"1:31: error: encoding 'ISO-8859-1': qanres reads icon maps as UTF-8 only"}},
         {map, " <?xml version=\"1.0\"?>\n" + Map(""), {"1:2: error: an XML declaration may stand"}},
+        {map, Map("<map guid=\"a\">a]]>b</map>\n"), {"2:16: error: ']]>' outside a CDATA"}},
         {map, Map("<map guid=\"a\">\x14</map>\n"), {"2:15: error: a character that XML does not"}},
         {map,
          Map("<map guid=\"a\tb\">x</map>\n<map guid=\"a\r\nb\">y</map>\n"),

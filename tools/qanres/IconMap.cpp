@@ -458,6 +458,10 @@ private:
                 Reference(text);
                 continue;
             }
+            if (At("]]>")) {
+                Fail(pos, "']]>' outside a CDATA section: the XML parser rejects the file");
+                return;
+            }
             if (depth == 0 && !IsSpace(c))
                 view.flat = false;
             if (c == '\r') {
