@@ -91,6 +91,22 @@ private:
         return true;
     }
 
+    // "<!-- ... -->" at pos: the close comes after the opening, and "--" may not stand
+    // inside (nor "-" right before the close).
+    void Comment() {
+        const std::size_t start = pos;
+        const std::size_t close = b.find("-->", start + 4);
+        if (close == std::string_view::npos) {
+            Fail(start, "unclosed comment");
+            pos = b.size();
+            return;
+        }
+        pos = close + 3;
+        const std::string_view body = b.substr(start + 4, close - start - 4);
+        if (body.find("--") != std::string_view::npos || (!body.empty() && body.back() == '-'))
+            Fail(start, "'--' inside a comment: the XML parser rejects the file");
+    }
+
     // "<?target ...?>" at pos. The target is a name; "xml" in any case is the XML
     // declaration, allowed only at the very start, where its version, encoding and
     // standalone pseudo-attributes must stand in that order.
@@ -173,8 +189,10 @@ private:
             pos = close + 1;
             bool ok = true;
             if (names[next] == "version") {
-                ok = value.size() > 2 && value.substr(0, 2) == "1." &&
-                     value.find_first_not_of("0123456789", 2) == std::string_view::npos;
+                // The parser takes any version name made of these characters.
+                ok = !value.empty() &&
+                     value.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                             "0123456789_.:-") == std::string_view::npos;
             } else if (names[next] == "standalone") {
                 ok = value == "yes" || value == "no";
             } else {
@@ -212,7 +230,7 @@ private:
             if (failed || pos >= b.size())
                 return;
             if (At("<!--")) {
-                SkipTo("-->", "comment");
+                Comment();
             } else if (At("<?")) {
                 ProcessingInstruction();
             } else {
@@ -432,7 +450,7 @@ private:
                     return;
                 }
                 if (At("<!--")) {
-                    SkipTo("-->", "comment");
+                    Comment();
                 } else if (At("<![CDATA[")) {
                     pos += 9;
                     const std::size_t close = b.find("]]>", pos);
