@@ -294,8 +294,15 @@ private:
             const std::string digits(name.substr(hex ? 2 : 1));
             char* stop = nullptr;
             const unsigned long c = std::strtoul(digits.c_str(), &stop, hex ? 16 : 10);
-            if (digits.empty() || *stop != '\0' || c == 0 || c > 0x10FFFF ||
-                (c >= 0xD800 && c <= 0xDFFF))
+            // Only digits (strtoul would also take signs, spaces and "0x"), and only a
+            // character that XML allows: no controls but tab, line feed and carriage
+            // return, no surrogates, not U+FFFE or U+FFFF.
+            const bool digitsOnly =
+                digits.find_first_not_of(hex ? "0123456789abcdefABCDEF" : "0123456789") ==
+                std::string::npos;
+            if (digits.empty() || !digitsOnly || *stop != '\0' || c > 0x10FFFF ||
+                (c < 0x20 && c != 0x9 && c != 0xA && c != 0xD) || (c >= 0xD800 && c <= 0xDFFF) ||
+                c == 0xFFFE || c == 0xFFFF)
                 Fail(pos, "invalid character reference");
             else
                 AppendCodePoint(out, c);
