@@ -110,6 +110,8 @@ TEST(Lint, EachSeededFaultIsFoundWhereItStands) {
         {map,
          Map("<map guid=\"&#x0x41;\">f</map>\n"),
          {"2:12: error: invalid character reference"}},
+        {map, "<?*?>" + Map(""), {"1:1: error: a processing instruction needs a target name"}},
+        {map, Map("<map guid=\"a\" 1x=\"\">a</map>\n"), {"2:15: error: a name is expected"}},
         {map, "<!-->" + Map(""), {"1:1: error: unclosed comment"}},
         {map, "<!-- a -- b -->" + Map(""), {"1:1: error: '--' inside a comment"}},
         {map, "<?xml version=\"2.0\"?>" + Map(""), {}},

@@ -15,9 +15,14 @@ namespace {
 bool IsSpace(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
+// XML names: ASCII letters, '_' and ':' start one, digits, '.' and '-' may follow; every
+// character outside ASCII is taken as a name character (the parser's tables are finer).
+bool IsNameStart(char c) {
+    const auto u = static_cast<unsigned char>(c);
+    return u >= 0x80 || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':';
+}
 bool IsNameChar(char c) {
-    return !IsSpace(c) && c != '>' && c != '/' && c != '=' && c != '<' && c != '"' && c != '\'' &&
-           c != '&';
+    return IsNameStart(c) || (c >= '0' && c <= '9') || c == '.' || c == '-';
 }
 
 void AppendCodePoint(std::string& out, unsigned long c) {
@@ -114,7 +119,7 @@ private:
         const std::size_t start = pos;
         pos += 2;
         const std::size_t nameBegin = pos;
-        while (pos < b.size() && IsNameChar(b[pos]) && b[pos] != '?')
+        while (pos < b.size() && (pos == nameBegin ? IsNameStart(b[pos]) : IsNameChar(b[pos])))
             ++pos;
         const std::string_view target = b.substr(nameBegin, pos - nameBegin);
         if (target.empty()) {
@@ -263,7 +268,7 @@ private:
 
     std::string Name() {
         const std::size_t begin = pos;
-        while (pos < b.size() && IsNameChar(b[pos]))
+        while (pos < b.size() && (pos == begin ? IsNameStart(b[pos]) : IsNameChar(b[pos])))
             ++pos;
         if (pos == begin)
             Fail(begin, "a name is expected here");
