@@ -4,7 +4,6 @@ if(NOT TARGET qanres_tool_core)
     set(dir ${CMAKE_CURRENT_LIST_DIR})
     add_library(qanres_tool_core STATIC
         ${dir}/Bytes.cpp
-        ${dir}/CodePoints.cpp
         ${dir}/CursorTable.cpp
         ${dir}/Diagnostics.cpp
         ${dir}/Escape.cpp
@@ -15,6 +14,7 @@ if(NOT TARGET qanres_tool_core)
         ${dir}/KeyTable.cpp
         ${dir}/Json.cpp
         ${dir}/Lint.cpp
+        ${dir}/Placeholders.cpp
         ${dir}/Po.cpp
         ${dir}/Pseudo.cpp
         ${dir}/Stats.cpp
