@@ -54,7 +54,7 @@ TEST(Format, RepairsEveryFileFormAndRefusesWhatNeedsAGuess) {
          true},
         {map, "<i><map guid=\"a\"></map></i>", "without a file name", false},
         {map, "<i><g><map guid=\"b\">b</map></g><map guid=\"a\">a</map></i>",
-         "not all children of the root", false}};
+         "1:28: the \"map\" elements are not siblings", false}};
     for (const auto& [format, in, expected, repaired] : rows) {
         std::string out, reason;
         EXPECT_EQ(format(in, out, reason), repaired) << in << "\ngave: " << out << reason;

@@ -14,7 +14,8 @@ if(NOT TARGET qanres_tool_core)
         ${dir}/Lint.cpp
         ${dir}/TextFile.cpp)
     target_include_directories(qanres_tool_core PUBLIC ${dir})
-    # Only the PE resource reader and the UTF-8 converter come from the library's objects.
+    # What a file means comes from the library's own readers in its objects (the PE resource
+    # reader, the icon map scanner, the cursor table reader, the UTF-8 converter).
     target_link_libraries(qanres_tool_core PUBLIC QanResourcesStatic qanres_cursor_table
                                            PRIVATE qanres_warnings)
 endif()
