@@ -124,7 +124,9 @@ TEST(Lint, EachSeededFaultIsFoundWhereItStands) {
         {"QanIcons.dll", "MZ not a module", {"1:1: error: not a module holding a cursor table"}},
         {bin, "\xFF\xFF\xFF\xFF", {"1:1: error: negative cursor count -1"}},
         {bin, "", {}}, // an empty table, as a module without the resource gives
-        {bin, "\x01\x00", {"1:1: error: the count is cut short: the library reads an empty table"}},
+        {bin,
+         "\x01\x00",
+         {"1:1: error: ends early: the count is cut short; the library reads an empty table"}},
         {bin,
          Cursors({{u"Arrow", 2}, {u"Hand", 1}}, 2),
          {"1:2: error: ends early: the id of entry 2 is cut short at byte 34; the library reads 2 "

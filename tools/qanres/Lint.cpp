@@ -418,7 +418,9 @@ private:
             break;
         case Stop::NoCount:
             if (!bytes.empty())
-                Error(file, {1, 1}, StopMessage(table) + ": the library reads an empty table");
+                Error(file, {1, 1},
+                      "the cursor table ends early: " + StopMessage(table) +
+                          "; the library reads an empty table");
             break;
         default:
             Error(file, {1, StopEntry(table)},
