@@ -58,7 +58,10 @@ struct MapReader {
     }
 
     void CharacterData(const XML_Char* data, int length) {
-        // Text outside "map" elements is kept too; the next "map" start discards it.
+        // Text outside every "map" is never part of a file name: the next "map" start
+        // would discard it, so it is not kept at all.
+        if (openMaps.empty())
+            return;
         Utf8::DecodeAppend(QanStringViewT<char>(data, static_cast<std::size_t>(length)), text);
     }
 
