@@ -70,9 +70,12 @@ struct MapReader {
             return;
         if (text.empty()) // a "map" without a file name invalidates the file
             return Reject(IconMapFault::EmptyFileName, openMaps.back());
-        if (withSpans)
-            spans.push_back({openMaps.back(), Position() + static_cast<std::size_t>(
-                                                               XML_GetCurrentByteCount(parser))});
+        if (withSpans) {
+            // The end tag's bytes (the reference's, for a map that an entity expands to).
+            const int tag = XML_GetCurrentByteCount(parser);
+            spans.push_back(
+                {openMaps.back(), Position() + static_cast<std::size_t>(tag > 0 ? tag : 0)});
+        }
         openMaps.pop_back();
         entries.push_back({std::move(key), std::move(text)});
         key.clear();
