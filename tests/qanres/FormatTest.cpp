@@ -55,7 +55,25 @@ TEST(Format, RepairsEveryFileFormAndRefusesWhatNeedsAGuess) {
          true},
         {map, "<i><map guid=\"a\"></map></i>", "without a file name", false},
         {map, "<i><g><map guid=\"b\">b</map></g><map guid=\"a\">a</map></i>",
-         "not all children of the root", false}};
+         "1:28: the \"map\" elements are not siblings", false},
+        // The library's verdict decides: what it rejects is refused where it stopped, and
+        // entries it reads from one element or an entity's text are not moved.
+        {map, "<icons><map guid=\"K\">k.ico</map><1bad/></icons>", "1:34: not well-formed XML",
+         false},
+        {map, "<i>\n<map guid=\"\"><map guid=\"b\">b</map>x</map>\n</i>",
+         "2:1: the \"map\" elements are not siblings", false},
+        {map,
+         "<!DOCTYPE i [<!ENTITY e \"<map guid='b'>b</map>\">]>\n<i>&e;<map guid=\"a\">a</map></i>",
+         "2:4: the \"map\" elements are not siblings", false},
+        // Sorted maps stay as they are at any depth; a byte-order mark, the prolog and the
+        // text before the first entry stay in front.
+        {map, "<i><g><map guid=\"a\">a</map><map guid=\"b\">b</map></g></i>\n", "", true},
+        {map,
+         "\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<i>note\n<map guid=\"b\">b</map> "
+         "<!-- a --> <map guid=\"a\">a</map></i>",
+         "\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<i>note <!-- a --> <map guid=\"a\">a</map>\n"
+         "<map guid=\"b\">b</map></i>\n",
+         true}};
     for (const auto& [format, in, expected, repaired] : rows) {
         std::string out, reason;
         EXPECT_EQ(format(in, out, reason), repaired) << in << "\ngave: " << out << reason;

@@ -91,12 +91,24 @@ TEST(Lint, EachSeededFaultIsFoundWhereItStands) {
         {csv, "k ,A\n", {"1:3: warning: space beside the comma"}},
         // Icon maps. U+FF21 is one UTF-16 unit, 0xFF21; U+1F600 is two, 0xD83D 0xDE00: they
         // sort one way as UTF-16 and the other by code point (a 32-bit wchar_t).
-        {map, "<icons>\n<map guid=\"a\">a.ico</icons>\n", {"2:20: error: 'icons' does not match"}},
+        // The verdict is the library's, so a rejected map is one finding where the library
+        // stopped, and nothing about the entries it does not keep.
+        {map,
+         "<icons>\n<map guid=\"a\">a.ico</icons>\n",
+         {"2:22: error: not well-formed XML (mismatched tag): the library rejects the whole map"}},
+        {map,
+         Map("<map guid=\"K\">k.ico</map><1bad/>\n"),
+         {"2:27: error: not well-formed XML (not well-formed (invalid token))"}},
         {map,
          Map("<map guid=\"f\"><map guid=\"g\">g.ico</map>f.ico</map>\n"),
-         {"2:1: error: key 'f' is out of order", "2:15: error: inside another \"map\""}},
+         {"2:15: error: inside another \"map\""}},
+        {map,
+         Map("<map guid=\"\"><map guid=\"g\">g.ico</map>f.ico</map>\n"),
+         {"2:1: error: key '' is out of order: it sorts before 'g'",
+          "2:1: warning: a \"map\" with an empty key holds another \"map\": the library reads "
+          "both"}},
         {map, Map("<map guid=\"e\"></map>\n"), {"2:1: error: without a file name"}},
-        {map, Map("<map id=\"c\">c.ico</map>\n"), {"2:6: error: must be named \"guid\", not 'id'"}},
+        {map, Map("<map id=\"c\">c.ico</map>\n"), {"2:1: error: must be named \"guid\", not 'id'"}},
         {map, Map("<map guid=\"d\" x=\"1\">d.ico</map>\n"), {"2:1: error: exactly one attribute"}},
         {map,
          Map("<map guid=\"\xF0\x9F\x98\x80\">a</map>\n<map guid=\"\xEF\xBC\xA1\">b</map>\n"),
@@ -111,9 +123,22 @@ TEST(Lint, EachSeededFaultIsFoundWhereItStands) {
         // Cursor tables; the column is the entry's number.
         {"QanIcons.dll", "MZ not a module", {"1:1: error: not a module holding a cursor table"}},
         {bin, "\xFF\xFF\xFF\xFF", {"1:1: error: negative cursor count -1"}},
+        {bin, "", {}}, // an empty table, as a module without the resource gives
+        {bin,
+         "\x01\x00",
+         {"1:1: error: ends early: the count is cut short; the library reads an empty table"}},
         {bin,
          Cursors({{u"Arrow", 2}, {u"Hand", 1}}, 2),
-         {"1:1: error: ends early: 1 of 2 entries"}},
+         {"1:2: error: ends early: the id of entry 2 is cut short at byte 34; the library reads 2 "
+          "of 2 entries, entry 2 with id 0"}},
+        {bin,
+         Cursors({{u"Arrow", 2}, {u"Hand", 1}, {u"Zoom", 3}}, 12),
+         {"1:3: error: ends early: the name of entry 3 runs past the end of the data at byte 38; "
+          "the library reads 2 of 3 entries, and gives the other 1 an empty name and id 0"}},
+        {bin,
+         Cursors({{u"Arrow", 2}, {u"Hand", 1}, {u"Zoom", 3}}, 14),
+         {"1:3: error: ends early: the name length of entry 3 is cut short at byte 38; the library "
+          "reads 2 of 3 entries, and gives the other 1"}},
         {bin,
          Cursors({{u"\U0001F600", 1}, {u"Arrow", 2}, {u"Arrow", 3}}),
          {"1:2: error: 'Arrow' (entry 2) is out of order: it sorts before '\xF0\x9F\x98\x80'",

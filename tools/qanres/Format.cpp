@@ -182,34 +182,51 @@ bool FormatKeyTable(std::string_view b, std::string& out, std::string& reason) {
     return true;
 }
 
+// The verdict and the entries are the library's (ScanIconMap); only the bytes between
+// entries are read here, to move whole entries with their comments. A rejected map is
+// refused, and the result must read, by the library again, as the same entries in key
+// order, or nothing is written.
 bool FormatIconMap(std::string_view b, std::string& out, std::string& reason) {
     const IconMapView view = ReadIconMap(b);
-    if (!view.problems.empty()) {
-        reason = Where(b, view.problems.front().offset) + view.problems.front().message;
+    if (!view.scan.Accepted()) {
+        reason = Where(b, view.scan.faultOffset) + view.fault;
         return false;
     }
-    std::vector<std::u16string> keys;
-    for (const auto& e : view.entries)
-        keys.push_back(ToUtf16(e.key));
-    if (std::is_sorted(keys.begin(), keys.end())) {
-        out = NormaliseLineEnds(b);
-        return true;
-    }
-    if (!view.flat) {
-        reason = "1:1: the \"map\" elements are not all children of the root element, so they "
-                 "cannot be reordered safely";
-        return false;
-    }
-    std::vector<Chunk> chunks;
-    for (const auto& e : view.entries)
-        chunks.push_back(
-            {e.chunkBegin, e.end, std::string(b.substr(e.chunkBegin, e.end - e.chunkBegin))});
-    std::vector<std::size_t> order(chunks.size());
+    std::vector<std::size_t> order(view.entries.size());
     std::iota(order.begin(), order.end(), 0);
-    std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t x, std::size_t y) { return keys[x] < keys[y]; });
-    out = NormaliseLineEnds(
-        Reassemble(b, b.substr(0, chunks.front().begin), chunks, order, chunks.back().end));
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t x, std::size_t y) {
+        return view.entries[x].key16 < view.entries[y].key16;
+    });
+    if (std::is_sorted(order.begin(), order.end())) {
+        out = NormaliseLineEnds(b);
+    } else {
+        std::size_t at = 0;
+        const auto starts = IconMapChunkStarts(b, view, at);
+        if (!starts) {
+            reason = Where(b, at) +
+                     "the \"map\" elements are not siblings with only white space and comments "
+                     "between them, so they cannot be reordered safely";
+            return false;
+        }
+        std::vector<Chunk> chunks;
+        for (std::size_t i = 0; i < view.entries.size(); ++i) {
+            const std::size_t begin = (*starts)[i], end = view.entries[i].end;
+            chunks.push_back({begin, end, std::string(b.substr(begin, end - begin))});
+        }
+        out = NormaliseLineEnds(
+            Reassemble(b, b.substr(0, chunks.front().begin), chunks, order, chunks.back().end));
+    }
+    const IconMapView after = ReadIconMap(out);
+    bool same = after.scan.Accepted() && after.scan.entries.size() == order.size();
+    for (std::size_t i = 0; same && i < order.size(); ++i) {
+        const auto& want = view.scan.entries[order[i]];
+        same = after.scan.entries[i].key == want.key &&
+               after.scan.entries[i].fileName == want.fileName;
+    }
+    if (!same) {
+        reason = "1:1: the rewritten map would not read as the same entries in key order";
+        return false;
+    }
     return true;
 }
 

@@ -1,344 +1,117 @@
-// IconMap.cpp: a strict, small XML reader: enough of XML 1.0 to decide what a conforming
-// parser rejects in an icon map (tags, attributes, the predefined and numeric entities,
-// comments, processing instructions, CDATA), plus the library's rules for "map".
+// IconMap.cpp: the library's reading of an icon map put into words, and the minimal layout
+// reading (white space and comments between entries) that reordering needs.
 #include "IconMap.h"
 
 #include "base/Unicode.h"
 
 #include "Bytes.h"
 
-#include <cstdlib>
-
 namespace QanTool {
 namespace {
+
+using Framework::Internal::IconMapFault;
+
+std::string Describe(const Framework::Internal::IconMapScan& scan) {
+    const std::string rejected = ": " + std::string(kMapRejected);
+    switch (scan.fault) {
+    case IconMapFault::None:
+        return {};
+    case IconMapFault::MalformedXml:
+        return "not well-formed XML (" + scan.detail + ")" + rejected;
+    case IconMapFault::NestedMap:
+        return "a \"map\" inside another \"map\"" + rejected;
+    case IconMapFault::AttributeCount:
+        return "a \"map\" element needs exactly one attribute, \"guid\" (it has " + scan.detail +
+               ")" + rejected;
+    case IconMapFault::AttributeName:
+        return "the attribute of \"map\" must be named \"guid\", not " + Quote(scan.detail) +
+               rejected;
+    case IconMapFault::EmptyFileName:
+        return "a \"map\" element without a file name" + rejected;
+    case IconMapFault::NoParser:
+        return "the XML parser could not be created" + rejected;
+    }
+    return "unknown fault" + rejected;
+}
 
 bool IsSpace(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
-bool IsNameChar(char c) {
-    return !IsSpace(c) && c != '>' && c != '/' && c != '=' && c != '<' && c != '"' && c != '\'' &&
-           c != '&';
-}
 
-void AppendCodePoint(std::string& out, unsigned long c) {
-    std::u16string units;
-    if (c >= 0x10000) {
-        c -= 0x10000;
-        units.push_back(static_cast<char16_t>(0xD800 + (c >> 10)));
-        units.push_back(static_cast<char16_t>(0xDC00 + (c & 0x3FF)));
-    } else {
-        units.push_back(static_cast<char16_t>(c));
-    }
-    out += FromUtf16(units);
-}
-
-class Reader {
-public:
-    explicit Reader(std::string_view b) : b(b) {}
-
-    IconMapView Run() {
-        if (std::size_t bad = Framework::Unicode::FindInvalidUtf8(b); bad != std::string_view::npos)
-            Fail(bad, "invalid UTF-8: the XML parser rejects the file");
-        if (b.substr(0, 3) == kByteOrderMark)
-            pos = 3;
-        Prolog();
-        if (pos >= b.size() || b[pos] != '<') {
-            Fail(pos, "no root element");
-            return std::move(view);
-        }
-        Element(0);
-        Misc();
-        if (pos < b.size())
-            Fail(pos, "content after the root element");
-        return std::move(view);
-    }
-
-private:
-    void Fail(std::size_t at, std::string message) {
-        if (!failed)
-            view.problems.push_back({at, std::move(message)});
-        failed = true;
-    }
-    // A rule of the library's map loader (not of XML): reported, reading goes on.
-    void Reject(std::size_t at, std::string message) {
-        view.problems.push_back({at, std::move(message)});
-    }
-
-    void SkipSpace() {
-        while (pos < b.size() && IsSpace(b[pos]))
-            ++pos;
-    }
-    bool At(std::string_view s) const { return b.substr(pos, s.size()) == s; }
-
-    bool SkipTo(std::string_view close, const char* what) {
-        const std::size_t at = b.find(close, pos);
-        if (at == std::string_view::npos) {
-            Fail(pos, std::string("unclosed ") + what);
-            pos = b.size();
+// True when bytes hold only white space and complete comments.
+bool OnlySpaceAndComments(std::string_view bytes) {
+    std::size_t i = 0;
+    while (i < bytes.size()) {
+        if (IsSpace(bytes[i])) {
+            ++i;
+        } else if (bytes.substr(i, 4) == "<!--") {
+            const std::size_t close = bytes.find("-->", i + 4);
+            if (close == std::string_view::npos)
+                return false;
+            i = close + 3;
+        } else {
             return false;
         }
-        pos = at + close.size();
-        return true;
     }
+    return true;
+}
 
-    void Misc() {
-        for (;;) {
-            SkipSpace();
-            if (failed || pos >= b.size())
-                return;
-            if (At("<!--")) {
-                SkipTo("-->", "comment");
-            } else if (At("<?")) {
-                SkipTo("?>", "processing instruction");
-            } else {
-                return;
-            }
-        }
+// The earliest offset before at from which only white space and comments lead up to at.
+std::size_t StartOfSpaceAndComments(std::string_view bytes, std::size_t at) {
+    std::size_t start = at;
+    for (;;) {
+        while (start > 0 && IsSpace(bytes[start - 1]))
+            --start;
+        if (start < 3 || bytes.substr(start - 3, 3) != "-->")
+            return start;
+        // A comment holds no "--", so its start is the last "<!--" before its end.
+        const std::size_t open = bytes.rfind("<!--", start - 3);
+        if (open == std::string_view::npos || bytes.find("-->", open + 4) != start - 3)
+            return start;
+        start = open;
     }
-
-    void Prolog() {
-        Misc();
-        if (At("<!DOCTYPE")) {
-            SkipTo(">", "document type declaration");
-            Misc();
-        }
-    }
-
-    std::string Name() {
-        const std::size_t begin = pos;
-        while (pos < b.size() && IsNameChar(b[pos]))
-            ++pos;
-        if (pos == begin)
-            Fail(begin, "a name is expected here");
-        return std::string(b.substr(begin, pos - begin));
-    }
-
-    // Decodes an entity or character reference at pos ('&'); appends it to out.
-    void Reference(std::string& out) {
-        const std::size_t semi = b.find(';', pos);
-        if (semi == std::string_view::npos || semi - pos > 12) {
-            Fail(pos, "'&' must start an entity reference (write &amp;)");
-            ++pos;
-            return;
-        }
-        const std::string_view name = b.substr(pos + 1, semi - pos - 1);
-        if (name == "lt")
-            out += '<';
-        else if (name == "gt")
-            out += '>';
-        else if (name == "amp")
-            out += '&';
-        else if (name == "quot")
-            out += '"';
-        else if (name == "apos")
-            out += '\'';
-        else if (name.size() > 1 && name[0] == '#') {
-            const bool hex = name[1] == 'x';
-            const std::string digits(name.substr(hex ? 2 : 1));
-            char* stop = nullptr;
-            const unsigned long c = std::strtoul(digits.c_str(), &stop, hex ? 16 : 10);
-            if (digits.empty() || *stop != '\0' || c == 0 || c > 0x10FFFF ||
-                (c >= 0xD800 && c <= 0xDFFF))
-                Fail(pos, "invalid character reference");
-            else
-                AppendCodePoint(out, c);
-        } else {
-            Fail(pos, "unknown entity '&" + std::string(name) + ";'");
-        }
-        pos = semi + 1;
-    }
-
-    struct Attribute {
-        std::size_t offset;
-        std::string name;
-        std::string value;
-    };
-
-    void Element(int depth) {
-        const std::size_t begin = pos;
-        ++pos; // '<'
-        const std::string name = Name();
-        std::vector<Attribute> attributes;
-        bool empty = false;
-        for (;;) {
-            if (failed)
-                return;
-            const std::size_t before = pos;
-            SkipSpace();
-            if (pos >= b.size()) {
-                Fail(begin, "unclosed start tag");
-                return;
-            }
-            if (At("/>")) {
-                pos += 2;
-                empty = true;
-                break;
-            }
-            if (b[pos] == '>') {
-                ++pos;
-                break;
-            }
-            if (pos == before)
-                Fail(pos, "white space is required between attributes");
-            Attribute a{pos, Name(), {}};
-            SkipSpace();
-            if (pos >= b.size() || b[pos] != '=') {
-                Fail(pos, "'=' expected after the attribute name");
-                return;
-            }
-            ++pos;
-            SkipSpace();
-            if (pos >= b.size() || (b[pos] != '"' && b[pos] != '\'')) {
-                Fail(pos, "attribute values must be quoted");
-                return;
-            }
-            const char quote = b[pos++];
-            while (pos < b.size() && b[pos] != quote && !failed) {
-                if (b[pos] == '<')
-                    Fail(pos, "'<' in an attribute value");
-                else if (b[pos] == '&')
-                    Reference(a.value);
-                else
-                    a.value += b[pos++];
-            }
-            if (pos >= b.size()) {
-                Fail(a.offset, "unclosed attribute value");
-                return;
-            }
-            ++pos;
-            for (const auto& other : attributes)
-                if (other.name == a.name)
-                    Fail(a.offset, "duplicate attribute '" + a.name + "'");
-            attributes.push_back(std::move(a));
-        }
-
-        const bool isMap = name == "map";
-        IconMapEntry entry;
-        if (isMap) {
-            entry.begin = begin;
-            entry.chunkBegin = chunkStart;
-            entry.depth = depth;
-            if (insideMap)
-                Reject(begin,
-                       "a \"map\" inside another \"map\": the library rejects the whole map");
-            if (attributes.size() != 1)
-                Reject(begin, "a \"map\" element needs exactly one attribute, \"guid\" (it has " +
-                                  std::to_string(attributes.size()) +
-                                  "): the library rejects the whole map");
-            else if (attributes[0].name != "guid")
-                Reject(attributes[0].offset,
-                       "the attribute of \"map\" must be named \"guid\", not '" +
-                           attributes[0].name + "': the library rejects the whole map");
-            if (!attributes.empty())
-                entry.key = attributes[0].value;
-            if (depth != 1)
-                view.flat = false;
-        } else if (depth == 1) {
-            view.flat = false;
-        }
-        const bool outerInsideMap = insideMap;
-        insideMap = insideMap || isMap;
-        std::string text;
-        if (!empty)
-            Content(name, depth, text);
-        insideMap = outerInsideMap;
-        if (failed)
-            return;
-        if (isMap) {
-            entry.end = pos;
-            entry.file = text;
-            if (text.empty())
-                Reject(begin,
-                       "a \"map\" element without a file name: the library rejects the whole "
-                       "map");
-            view.entries.push_back(std::move(entry));
-        }
-        if (depth == 1)
-            chunkStart = pos;
-    }
-
-    // Content up to and including the end tag of element name; text collects the
-    // character data (that of nested elements included, as the library's loader does).
-    void Content(const std::string& name, int depth, std::string& text) {
-        if (depth == 0)
-            chunkStart = pos;
-        for (;;) {
-            if (failed)
-                return;
-            if (pos >= b.size()) {
-                Fail(pos, "element '" + name + "' is not closed");
-                return;
-            }
-            const char c = b[pos];
-            if (c == '<') {
-                if (At("</")) {
-                    const std::size_t at = pos;
-                    if (depth == 0)
-                        view.rootContentEnd = pos;
-                    pos += 2;
-                    const std::string closing = Name();
-                    SkipSpace();
-                    if (closing != name || pos >= b.size() || b[pos] != '>') {
-                        Fail(at, "end tag '" + closing + "' does not match '" + name + "'");
-                        return;
-                    }
-                    ++pos;
-                    return;
-                }
-                if (At("<!--")) {
-                    SkipTo("-->", "comment");
-                } else if (At("<![CDATA[")) {
-                    pos += 9;
-                    const std::size_t close = b.find("]]>", pos);
-                    if (close == std::string_view::npos) {
-                        Fail(pos, "unclosed CDATA section");
-                        return;
-                    }
-                    text.append(b.substr(pos, close - pos));
-                    if (depth == 0 && b.substr(pos, close - pos).find_first_not_of(" \t\r\n") !=
-                                          std::string_view::npos)
-                        view.flat = false;
-                    pos = close + 3;
-                } else if (At("<?")) {
-                    SkipTo("?>", "processing instruction");
-                } else {
-                    std::string inner;
-                    Element(depth + 1);
-                    (void)inner;
-                }
-                continue;
-            }
-            if (c == '&') {
-                Reference(text);
-                continue;
-            }
-            if (depth == 0 && !IsSpace(c))
-                view.flat = false;
-            if (c == '\r') {
-                // XML line-end handling: CR LF and lone CR reach the application as LF.
-                text += '\n';
-                ++pos;
-                if (pos < b.size() && b[pos] == '\n')
-                    ++pos;
-                continue;
-            }
-            text += c;
-            ++pos;
-        }
-    }
-
-    std::string_view b;
-    std::size_t pos = 0;
-    bool failed = false;
-    bool insideMap = false;
-    std::size_t chunkStart = 0;
-    IconMapView view;
-};
+}
 
 } // namespace
 
 IconMapView ReadIconMap(std::string_view bytes) {
-    return Reader(bytes).Run();
+    IconMapView view;
+    view.scan = Framework::Internal::ScanIconMap(bytes, true);
+    view.fault = Describe(view.scan);
+    for (std::size_t i = 0; i < view.scan.entries.size(); ++i) {
+        const auto& entry = view.scan.entries[i];
+        IconMapItem item;
+        item.begin = view.scan.spans[i].begin;
+        item.end = view.scan.spans[i].end;
+        item.key = Framework::Utf8::Encode(entry.key);
+        item.file = Framework::Utf8::Encode(entry.fileName);
+        item.key16 = ToUtf16(item.key);
+        view.entries.push_back(std::move(item));
+    }
+    return view;
+}
+
+std::optional<std::vector<std::size_t>>
+IconMapChunkStarts(std::string_view bytes, const IconMapView& view, std::size_t& at) {
+    std::vector<std::size_t> starts;
+    std::size_t previousEnd = 0;
+    for (const auto& e : view.entries) {
+        // An element of its own: not an entity's expansion, not inside another entry.
+        at = e.begin;
+        if (e.end <= e.begin || e.end > bytes.size() || bytes.substr(e.begin, 4) != "<map" ||
+            e.begin < previousEnd)
+            return std::nullopt;
+        if (starts.empty()) {
+            starts.push_back(StartOfSpaceAndComments(bytes, e.begin));
+        } else {
+            at = previousEnd;
+            if (!OnlySpaceAndComments(bytes.substr(previousEnd, e.begin - previousEnd)))
+                return std::nullopt;
+            starts.push_back(previousEnd);
+        }
+        previousEnd = e.end;
+    }
+    return starts;
 }
 
 } // namespace QanTool

@@ -359,27 +359,27 @@ private:
         }
     }
 
+    // The verdict and the entries are the library's own reading (ScanIconMap); a rejected
+    // map is one finding, since the library keeps none of its entries.
     void CheckIconMap(const std::string& file, std::string_view bytes) {
         const LineIndex lines(bytes);
         const IconMapView view = ReadIconMap(bytes);
-        for (const auto& p : view.problems)
-            Error(file, lines.At(p.offset),
-                  p.message.find("rejects") == std::string::npos
-                      ? p.message + ": the library rejects the whole map"
-                      : p.message);
+        if (!view.scan.Accepted()) {
+            Error(file, lines.At(view.scan.faultOffset),
+                  view.fault + ", so every icon look-up misses");
+            return;
+        }
         std::map<std::u16string, std::size_t> firstSeen;
-        const IconMapEntry* previous = nullptr;
-        std::u16string previousKey;
+        const IconMapItem* previous = nullptr;
         for (const auto& e : view.entries) {
             const Position at = lines.At(e.begin);
-            std::u16string key = ToUtf16(e.key);
             if (previous)
-                if (const char* order = OrderBroken(previousKey, key))
+                if (const char* order = OrderBroken(previous->key16, e.key16))
                     Error(file, at,
                           "key " + Quote(e.key) + " is out of order: it sorts before " +
                               Quote(previous->key) + " on line " +
                               std::to_string(lines.At(previous->begin).line) + " " + order);
-            auto [it, inserted] = firstSeen.emplace(key, e.begin);
+            auto [it, inserted] = firstSeen.emplace(e.key16, e.begin);
             if (!inserted)
                 Warning(file, at,
                         "duplicate key " + Quote(e.key) + ": the library uses the first, on line " +
@@ -389,42 +389,60 @@ private:
                 Warning(file, at,
                         "the file name " + Quote(e.file) +
                             " has white space at its ends, which is kept");
+            // Entries come in the order their elements end, so an outer one directly
+            // follows the last one it holds.
+            if (previous && e.begin < previous->begin && e.end > previous->end)
+                Warning(file, at,
+                        "a \"map\" with an empty key holds another \"map\": the library reads "
+                        "both (only a key that is not empty makes nesting a fault)");
             previous = &e;
-            previousKey = std::move(key);
         }
     }
 
+    // What the library reads is its own ReadCursorTable; only the wording is the tool's.
     void CheckCursorTable(const std::string& file, std::string_view bytes) {
-        const DecodedCursorTable table = DecodeCursorTable(bytes);
-        if (table.count < 0) {
+        const CursorTableReport report = ReadCursorTableBytes(bytes);
+        if (report.negativeCount) {
             Error(file, {1, 1},
-                  "negative cursor count " + std::to_string(table.count) +
+                  "negative cursor count " + std::to_string(*report.negativeCount) +
                       ": the library fails to start");
             return;
         }
-        if (table.truncated)
-            Error(file, {1, 1},
-                  "the cursor table ends early: " + std::to_string(table.entries.size()) + " of " +
-                      std::to_string(table.count) + " entries read, the rest have empty names");
-        if (table.trailingBytes)
-            Warning(file, {1, 1}, "bytes after the last cursor entry are never read");
+        const auto& table = report.table;
+        using Stop = Framework::Internal::CursorTableStop;
+        switch (table.stop) {
+        case Stop::Complete:
+            break;
+        case Stop::TrailingBytes:
+            Warning(file, {1, 1}, StopMessage(table) + ": they are never read");
+            break;
+        case Stop::NoCount:
+            if (!bytes.empty())
+                Error(file, {1, 1},
+                      "the cursor table ends early: " + StopMessage(table) +
+                          "; the library reads an empty table");
+            break;
+        default:
+            Error(file, {1, StopEntry(table)},
+                  "the cursor table ends early: " + StopMessage(table) + "; " + WhatIsRead(table));
+        }
         std::map<std::u16string, std::size_t> firstSeen;
-        for (std::size_t i = 0; i < table.entries.size(); ++i) {
-            const auto& e = table.entries[i];
-            const std::string name = FromUtf16(e.name);
+        for (std::size_t i = 0; i < report.names.size(); ++i) {
+            const std::u16string& name = report.names[i];
+            const std::string shown = FromUtf16(name);
             const Position at{1, static_cast<int>(i + 1)}; // column: the entry's number
             if (i > 0)
-                if (const char* order = OrderBroken(table.entries[i - 1].name, e.name))
+                if (const char* order = OrderBroken(report.names[i - 1], name))
                     Error(file, at,
-                          "cursor " + Quote(name) + " (entry " + std::to_string(i + 1) +
+                          "cursor " + Quote(shown) + " (entry " + std::to_string(i + 1) +
                               ") is out of order: it sorts before " +
-                              Quote(FromUtf16(table.entries[i - 1].name)) + " " + order);
-            auto [it, inserted] = firstSeen.emplace(e.name, i);
+                              Quote(FromUtf16(report.names[i - 1])) + " " + order);
+            auto [it, inserted] = firstSeen.emplace(name, i);
             if (!inserted)
                 Warning(file, at,
-                        "duplicate cursor " + Quote(name) + ": the library uses entry " +
+                        "duplicate cursor " + Quote(shown) + ": the library uses entry " +
                             std::to_string(it->second + 1));
-            if (e.name.empty())
+            if (name.empty())
                 Warning(file, at, "entry " + std::to_string(i + 1) + " has an empty name");
         }
     }

@@ -63,15 +63,7 @@ int CursorDump(const std::string& path) {
         std::cerr << "qanres: " << path << " holds no cursor table (raw-data resource 2)\n";
         return 1;
     }
-    const auto table = QanTool::DecodeCursorTable(*bytes);
-    std::cout << "count: " << table.count << '\n';
-    for (const auto& e : table.entries)
-        std::cout << QanTool::FromUtf16(e.name) << '\t' << e.id << '\n';
-    if (table.truncated) {
-        std::cerr << "qanres: the table ends after " << table.entries.size() << " entries\n";
-        return 1;
-    }
-    return table.entries.empty() ? 1 : 0;
+    return QanTool::DumpCursorTable(*bytes, std::cout, std::cerr);
 }
 
 int Run(int argc, char** argv) {
