@@ -14,9 +14,17 @@
 #include <cstdint>
 #include <iterator>
 #include <mutex>
+#include <ostream>
 #include <string>
 #include <thread>
 #include <vector>
+
+namespace Framework {
+// Failures show the module number and the id rather than the object's bytes.
+static void PrintTo(const Resources::ResourceID& id, std::ostream* out) {
+    *out << "module " << reinterpret_cast<std::uintptr_t>(id.module) / 0x1000 << ", id " << id.id;
+}
+} // namespace Framework
 
 namespace {
 using namespace Framework::Internal;
