@@ -2,7 +2,9 @@
 // resolving a (component, id) pair that has its own row, with the heap allocations each
 // look-up makes (the returned string should be the only one). Costs of the registrar
 // tables: a look-up from one and from two threads at once (two must together get through
-// at least as many as one), beside a floor of the same keys in a plain sorted vector.
+// at least as many as one), beside a floor of the same keys in a plain sorted vector; and
+// the heap the collection holds when plug-ins register one at a time, since every state a
+// look-up may still be reading is kept, against the same entries registered at once.
 #include "legacy/LegacyGuidIndex.h"
 #include "legacy/LegacyResourceCollection.h"
 #include "legacy/LegacyStringLookup.h"
@@ -13,6 +15,9 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -92,21 +97,30 @@ const std::vector<std::wstring>& LookupKeys() {
     return keys;
 }
 
+std::vector<std::wstring> PluginKeys(int plugin) {
+    std::vector<std::wstring> keys;
+    for (int n = 0; n < kKeysPerPlugin; ++n)
+        keys.push_back(PluginKey(plugin, n));
+    return keys;
+}
+
+HINSTANCE PluginModule(int plugin) {
+    return reinterpret_cast<HINSTANCE>(static_cast<std::uintptr_t>(plugin + 1) << 16);
+}
+
+constexpr Framework::Resources::ResourceType kTables[] = {
+    Framework::Resources::Icon, Framework::Resources::Cursor, Framework::Resources::String};
+
 // Registers one plug-in at a time, as hosts load them.
 void RegisterPlugins(LegacyResourceCollection& collection) {
     for (int plugin = 0; plugin < kPlugins; ++plugin) {
         const std::wstring name = PluginName(plugin);
-        std::vector<std::wstring> keys;
-        for (int n = 0; n < kKeysPerPlugin; ++n)
-            keys.push_back(PluginKey(plugin, n));
+        const std::vector<std::wstring> keys = PluginKeys(plugin);
         std::vector<Framework::Resources::RegistrarMapEntry> entries;
         for (int n = 0; n < kKeysPerPlugin; ++n)
             entries.push_back({keys[static_cast<std::size_t>(n)].c_str(), 100 + n, {}});
-        const auto module =
-            reinterpret_cast<HINSTANCE>(static_cast<std::uintptr_t>(plugin + 1) << 16);
-        collection.AddComponent(name.c_str(), module);
-        for (auto type : {Framework::Resources::Icon, Framework::Resources::Cursor,
-                          Framework::Resources::String})
+        collection.AddComponent(name.c_str(), PluginModule(plugin));
+        for (auto type : kTables)
             collection.AddResources(name.c_str(), entries.data(), kKeysPerPlugin, type);
     }
 }
@@ -150,6 +164,46 @@ void BM_LegacyLookupFloor(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(BM_LegacyLookupFloor)->Threads(1)->Threads(2)->UseRealTime();
+
+#if defined(__GLIBC__)
+// Heap bytes in use, from the C library's own accounting.
+double HeapBytes() {
+    return static_cast<double>(mallinfo2().uordblks);
+}
+
+// The heap a collection holds with the plug-ins registered one at a time (one component
+// and three tables each), against the same entries registered with one call per table
+// (under a single component name, so the entries' own sizes match).
+void BM_LegacyMemoryAfterRegistration(benchmark::State& state) {
+    double oneByOne = 0, atOnce = 0;
+    for (auto _ : state) {
+        const double start = HeapBytes();
+        {
+            LegacyResourceCollection collection;
+            RegisterPlugins(collection);
+            oneByOne = HeapBytes() - start;
+        }
+        std::vector<std::wstring> keys;
+        for (int plugin = 0; plugin < kPlugins; ++plugin)
+            for (std::wstring& key : PluginKeys(plugin))
+                keys.push_back(std::move(key));
+        std::vector<Framework::Resources::RegistrarMapEntry> entries;
+        for (std::size_t n = 0; n < keys.size(); ++n)
+            entries.push_back({keys[n].c_str(), 100 + static_cast<int>(n), {}});
+        const double before = HeapBytes();
+        LegacyResourceCollection collection;
+        collection.AddComponent(L"Plugin0", PluginModule(0));
+        for (auto type : kTables)
+            collection.AddResources(L"Plugin0", entries.data(), static_cast<int>(entries.size()),
+                                    type);
+        atOnce = HeapBytes() - before;
+    }
+    state.counters["one_by_one_MB"] = oneByOne / 1e6;
+    state.counters["at_once_MB"] = atOnce / 1e6;
+    state.counters["one_by_one_over_at_once"] = oneByOne / atOnce;
+}
+BENCHMARK(BM_LegacyMemoryAfterRegistration)->Iterations(1)->Unit(benchmark::kMillisecond);
+#endif
 
 } // namespace
 
