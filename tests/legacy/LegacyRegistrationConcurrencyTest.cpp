@@ -1,7 +1,8 @@
 // Plug-ins registering legacy components and resources while other threads look up,
 // through the collection and through the service's fallbacks. Every answer is checked
 // against the states a look-up may see (before or after each registration), so a torn
-// state fails here as well as under the sanitizers. Bounded work, no timing.
+// state a reader meets fails the test, not only a crash or a sanitizer report. Bounded
+// work, no timing.
 #include "legacy/LegacyResourceCollection.h"
 #include "service/ResourcesImpl.h"
 
