@@ -27,8 +27,10 @@ file(REMOVE_RECURSE ${WORK})
 file(COPY ${DATA}/messy ${DATA}/refused DESTINATION ${WORK})
 set(messy ${WORK}/messy)
 
-# As written, the carriage returns end up in the ids: the key is found, its text is not.
+# As written, the carriage returns end up in the ids: the key is found, its text is not;
+# and the element on line 2 is never read.
 expect_lookup(${messy} k.close "")
+expect_lookup(${messy} k.empty "")
 run(1 out fmt --check ${messy})
 run(0 out fmt ${messy})
 run(0 out lint ${messy})
@@ -39,13 +41,13 @@ run(0 out fmt --check ${messy})
 expect_lookup(${messy} k.open "Open")
 expect_lookup(${messy} k.save "Save")
 expect_lookup(${messy} k.close "Close")
-expect_lookup(${messy} k.empty "") # a self-closing element was meant as an empty text
+expect_lookup(${messy} k.empty "") # a self-closing element on line 2, meant as an empty text
 run(0 out --resources ${messy} --icons ${WORK} --icon-subdir messy icon k.open)
 if(NOT out MATCHES "iconPath: [^\n]*/messy/open.ico/\n")
     message(FATAL_ERROR "icon k.open after fmt: ${out}")
 endif()
 file(READ ${messy}/strings.xml text)
-if(NOT text MATCHES "<!-- kept with its element -->\n  <s id=\"S_EMPTY\"></s>")
+if(NOT text MATCHES "<!-- kept with its element -->\n  <s id=\"S_OPEN\">Open</s>")
     message(FATAL_ERROR "the comment did not move with its element:\n${text}")
 endif()
 

@@ -1,7 +1,5 @@
-// KeyTable.cpp: the two readings of a key table.
+// KeyTable.cpp: a key table read line by line, as its author wrote it.
 #include "KeyTable.h"
-
-#include <cstring>
 
 namespace QanTool {
 
@@ -27,33 +25,6 @@ std::vector<KeyLine> ReadKeyLines(std::string_view bytes) {
         pos = end + 1;
     }
     return lines;
-}
-
-std::vector<KeyRow> ReadKeyTableAsLibrary(std::string_view bytes) {
-    std::vector<KeyRow> rows;
-    const char* start = bytes.data();
-    const char* end = start + bytes.size();
-    const char* pos = start;
-    bool keyState = true;
-    KeyRow row;
-    while (pos < end) {
-        const auto left = static_cast<std::size_t>(end - pos);
-        const char* found = static_cast<const char*>(std::memchr(pos, keyState ? ',' : '\n', left));
-        if (!found)
-            break;
-        const std::string_view field(pos, static_cast<std::size_t>(found - pos));
-        if (keyState) {
-            row.keyOffset = static_cast<std::size_t>(pos - start);
-            row.key = field;
-        } else {
-            row.idOffset = static_cast<std::size_t>(pos - start);
-            row.id = field;
-            rows.push_back(row);
-        }
-        pos = found + 1;
-        keyState = !keyState;
-    }
-    return rows;
 }
 
 } // namespace QanTool

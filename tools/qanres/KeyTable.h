@@ -1,7 +1,9 @@
 // KeyTable.h: the four key tables (string.csv, caption.csv, tooltipHeader.csv,
-// tooltipBody.csv) read line by line as their author wrote them, and as the library's
-// comma/line-feed scanner reads them.
+// tooltipBody.csv) read line by line as their author wrote them. What the library reads
+// from them is its own scan, ScanKeyTable.
 #pragma once
+
+#include "strings/CsvKeyTable.h"
 
 #include <cstddef>
 #include <string_view>
@@ -19,15 +21,5 @@ struct KeyLine {
     std::string_view id;                        // after it, without a final carriage return
 };
 std::vector<KeyLine> ReadKeyLines(std::string_view bytes);
-
-struct KeyRow {
-    std::size_t keyOffset = 0;
-    std::string_view key;
-    std::size_t idOffset = 0;
-    std::string_view id;
-};
-// The library's reading: key up to a comma (looking past line feeds), id up to the next
-// line feed; a key without its id at the end is dropped.
-std::vector<KeyRow> ReadKeyTableAsLibrary(std::string_view bytes);
 
 } // namespace QanTool
