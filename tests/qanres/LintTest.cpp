@@ -88,8 +88,8 @@ TEST(Lint, EachSeededFaultIsFoundWhereItStands) {
         {csv, "k,A\nk\n", {"2:1: error: line without a comma: the library drops it"}},
         {csv,
          "k\n\nm,A\n",
-         {"1:1: error: line without a comma: the library joins it",
-          "2:1: error: line without a comma: the library joins it"}},
+         {"3:1: error: key 'm' is never read: the lines before it have no comma, so the library "
+          "joins them with it into the key 'k\\x0A\\x0Am'"}},
         {csv, "b,A\na,A\n", {"2:1: error: key 'a' is out of order: it sorts before 'b'"}},
         {csv, "k\xFF,A\n", {"1:2: error: invalid UTF-8"}},
         {csv, "k,Z\n", {"1:3: error: id 'Z' is in no string text file"}},

@@ -1,5 +1,10 @@
-// KeyTable.cpp: a key table read line by line, as its author wrote it.
+// KeyTable.cpp: a key table read line by line, as its author wrote it, and set beside the
+// library's own scan.
 #include "KeyTable.h"
+
+#include "Bytes.h"
+
+#include <unordered_map>
 
 namespace QanTool {
 
@@ -25,6 +30,32 @@ std::vector<KeyLine> ReadKeyLines(std::string_view bytes) {
         pos = end + 1;
     }
     return lines;
+}
+
+KeyTableReadings CompareKeyTable(std::string_view bytes) {
+    KeyTableReadings r;
+    r.lines = ReadKeyLines(bytes);
+    r.scan = Framework::Internal::ScanKeyTable(bytes);
+    std::unordered_map<std::size_t, std::size_t> rowAt; // key offset to row index
+    for (std::size_t i = 0; i < r.scan.rows.size(); ++i)
+        rowAt.emplace(OffsetIn(bytes, r.scan.rows[i].key), i);
+    r.readings.reserve(r.lines.size());
+    for (const auto& line : r.lines) {
+        KeyLineReading reading;
+        if (const auto it = rowAt.find(line.offset); it != rowAt.end()) {
+            const auto& row = r.scan.rows[it->second];
+            std::string_view key = line.key;
+            if (line.offset == 0 && key.substr(0, kByteOrderMark.size()) == kByteOrderMark)
+                key.remove_prefix(kByteOrderMark.size());
+            reading.row = it->second;
+            reading.reading =
+                line.comma != std::string_view::npos && row.key == key && row.text == line.id
+                    ? Reading::Kept
+                    : Reading::Misread;
+        }
+        r.readings.push_back(reading);
+    }
+    return r;
 }
 
 } // namespace QanTool

@@ -3,6 +3,8 @@
 // from them is its own scan, ScanKeyTable.
 #pragma once
 
+#include "Reading.h"
+
 #include "strings/CsvKeyTable.h"
 
 #include <cstddef>
@@ -21,5 +23,19 @@ struct KeyLine {
     std::string_view id;                        // after it, without a final carriage return
 };
 std::vector<KeyLine> ReadKeyLines(std::string_view bytes);
+
+// One written line beside the library's row that starts where it does. A line without a
+// comma is never Kept; the key of line 1 is meant without a byte-order mark.
+struct KeyLineReading {
+    Reading reading = Reading::NotRead;
+    std::size_t row = std::string_view::npos; // index of the row starting at the line
+};
+
+struct KeyTableReadings {
+    std::vector<KeyLine> lines;
+    Framework::Internal::KeyTableScan scan; // the library's reading
+    std::vector<KeyLineReading> readings;   // one per line, in the same order
+};
+KeyTableReadings CompareKeyTable(std::string_view bytes);
 
 } // namespace QanTool

@@ -334,21 +334,31 @@ private:
         };
         if (bytes.substr(0, 3) == kByteOrderMark)
             Error(file, {1, 1}, "byte-order mark: it becomes part of the first key");
-        const Framework::Internal::KeyTableScan scan = Framework::Internal::ScanKeyTable(bytes);
+        const KeyTableReadings readings = CompareKeyTable(bytes);
+        const Framework::Internal::KeyTableScan& scan = readings.scan;
+        // A written row whose key the library never reads: the lines without a comma before
+        // it are joined with it into one key (a last line without a line feed is below).
+        for (std::size_t i = 0; i < readings.lines.size(); ++i) {
+            const KeyLine& line = readings.lines[i];
+            if (line.comma == std::string_view::npos ||
+                readings.readings[i].reading != Reading::NotRead ||
+                (scan.end == KeyScanEnd::NoLineFeed && line.offset >= scan.droppedOffset))
+                continue;
+            for (const auto& row : scan.rows)
+                if (offsetOf(row.key) < line.offset &&
+                    line.offset < offsetOf(row.key) + row.key.size())
+                    Error(file, lineStart(line.offset),
+                          "key " + Quote(line.key) +
+                              " is never read: the lines before it have no comma, so the "
+                              "library joins them with it into the key " +
+                              Quote(row.key));
+        }
         std::map<std::string_view, int> firstSeen;
         const Framework::Internal::StringTableEntry* previous = nullptr;
         for (const auto& row : scan.rows) {
             const std::size_t keyOffset = offsetOf(row.key);
             const std::size_t comma = keyOffset + row.key.size();
             const int lineNumber = index.At(comma).line;
-            // Each line feed in a key ends a line that had no comma of its own.
-            for (std::size_t lineBegin = keyOffset, lf = row.key.find('\n');
-                 lf != std::string_view::npos; lf = row.key.find('\n', lf + 1)) {
-                Error(file, lineStart(lineBegin),
-                      "line without a comma: the library joins it with the next line into one "
-                      "key");
-                lineBegin = keyOffset + lf + 1;
-            }
             const bool carriageReturn = !row.text.empty() && row.text.back() == '\r';
             if (carriageReturn)
                 Error(file, index.At(comma + row.text.size()),

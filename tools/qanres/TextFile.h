@@ -3,6 +3,8 @@
 // (declaration, root element, one element per string), so the two can be compared.
 #pragma once
 
+#include "Reading.h"
+
 #include "strings/XmlStringTable.h"
 
 #include <cstddef>
@@ -47,13 +49,6 @@ struct TextFileMarkup {
 };
 TextFileMarkup ReadAsMarkup(std::string_view bytes);
 
-// How an element as written fares in the library's scan.
-enum class Reading {
-    Kept,    // a row starts at the element's id and holds its id and text as written
-    Misread, // a row starts at the element's id, but its id or text differs
-    NotRead, // no row starts at the element's id
-};
-
 struct ElementReading {
     Reading reading = Reading::NotRead;
     std::size_t row = std::string_view::npos; // index of the row at the element's id
@@ -68,10 +63,5 @@ struct TextFileReadings {
     std::vector<std::size_t> strayRows;       // rows that start at no element's id
 };
 TextFileReadings CompareTextFile(std::string_view bytes);
-
-// Where a view into bytes starts in them.
-inline std::size_t OffsetIn(std::string_view bytes, std::string_view part) {
-    return static_cast<std::size_t>(part.data() - bytes.data());
-}
 
 } // namespace QanTool
