@@ -13,7 +13,9 @@ KeyTableScan ScanKeyTable(std::string_view bytes) {
     KeyTableScan scan;
     const char* const start = bytes.data();
     const char* const end = start + bytes.size();
-    scan.rows.reserve(bytes.size() / 74 + 100);
+    // The rows are gathered in a local vector and handed over at the end.
+    std::vector<StringTableEntry> rows;
+    rows.reserve(bytes.size() / 74 + 100);
 
     // Two states: the key runs to the first comma, the id to the next line feed. The key
     // search looks past line feeds, so a line without a comma joins the next line's key;
@@ -35,10 +37,11 @@ KeyTableScan ScanKeyTable(std::string_view bytes) {
         if (readingKey)
             key = field;
         else
-            scan.rows.push_back({key, field});
+            rows.push_back({key, field});
         pos = found + 1;
         readingKey = !readingKey;
     }
+    scan.rows = std::move(rows);
     return scan;
 }
 

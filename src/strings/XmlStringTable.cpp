@@ -15,7 +15,9 @@ StringFileScan ScanStringTextFile(std::string_view bytes) {
     const char* const start = bytes.data();
     const char* const end = start + bytes.size();
     const std::size_t size = bytes.size();
-    scan.rows.reserve(size / 85);
+    // The rows are gathered in a local vector and handed over at the end.
+    std::vector<StringTableEntry> rows;
+    rows.reserve(size / 85);
 
     // Lines 1 and 2 (declaration and root start tag) hold quotes of their own and are
     // skipped unseen. The first search leaves out the last byte and the second ends one
@@ -61,10 +63,11 @@ StringFileScan ScanStringTextFile(std::string_view bytes) {
             stop(StringScanEnd::NoTextEnd, openQuote);
             break;
         }
-        scan.rows.push_back({QanStringViewT<char>(id, static_cast<std::size_t>(closeQuote - id)),
-                             QanStringViewT<char>(text, static_cast<std::size_t>(lt - text))});
+        rows.push_back({QanStringViewT<char>(id, static_cast<std::size_t>(closeQuote - id)),
+                        QanStringViewT<char>(text, static_cast<std::size_t>(lt - text))});
         pos = lt + 1;
     }
+    scan.rows = std::move(rows);
     return scan;
 }
 
