@@ -204,9 +204,8 @@ private:
                     Error(file, at,
                           "string " + Quote(el.id) +
                               " is never read: the library pairs the double quotes of this "
-                              "element otherwise and finds no id here (write one double-quoted id "
-                              "and "
-                              "no other double quote)");
+                              "element otherwise and finds no id here (write one double-quoted "
+                              "id and no other double quote)");
                 continue;
             }
             if (reading != Reading::Kept) {
@@ -371,7 +370,9 @@ private:
             std::string_view key = row.key;
             if (keyOffset == 0 && key.substr(0, 3) == kByteOrderMark)
                 key.remove_prefix(3);
-            key = key.substr(key.rfind('\n') == std::string_view::npos ? 0 : key.rfind('\n') + 1);
+            // The key as written on the row's own line (a joined key has its error above).
+            if (const std::size_t lf = key.rfind('\n'); lf != std::string_view::npos)
+                key.remove_prefix(lf + 1);
             std::string_view id = row.text;
             if (carriageReturn)
                 id.remove_suffix(1);
