@@ -69,12 +69,19 @@ std::string Reassemble(std::string_view b, std::string_view prefix,
 
 } // namespace
 
+// Every element must be read by the library as written, or not at all: an element that
+// it reads otherwise (another id, or a text with more or less in it) is refused, since
+// rewriting it would change a text or a hit that a host gets today. Elements it reads no
+// row from (those on the two skipped lines, or in a file it refuses) are laid out so that
+// it reads them. Texts it reads are kept byte for byte, carriage returns included.
 bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
     if (b.empty()) {
         out.clear();
         return true;
     }
-    const TextFileMarkup m = ReadAsMarkup(b);
+    const TextFileReadings readings = CompareTextFile(b);
+    const TextFileMarkup& m = readings.markup;
+    const Framework::Internal::StringFileScan& scan = readings.scan;
     for (const auto& p : m.problems)
         if (!p.repairable) {
             reason = Where(b, p.offset) + p.message;
@@ -89,8 +96,15 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
             Where(b, m.declarationEnd) + "content between the declaration and the root element";
         return false;
     }
-    std::vector<Chunk> chunks;
-    for (const auto& el : m.elements) {
+    const bool libraryReadsNothing = scan.rowsBegin == std::string_view::npos;
+    struct TextChunk {
+        Chunk chunk;
+        std::size_t keptText = std::string_view::npos; // offset in chunk.bytes of a read text
+        std::size_t keptSize = 0;
+    };
+    std::vector<TextChunk> chunks;
+    for (std::size_t e = 0; e < m.elements.size(); ++e) {
+        const TextElement& el = m.elements[e];
         if (el.quotedValues != 1) {
             reason = Where(b, el.begin) + (el.quotedValues == 0
                                                ? "element without a double-quoted id"
@@ -101,8 +115,19 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
             reason = Where(b, el.begin) + "element is not closed";
             return false;
         }
-        Chunk c{el.chunkBegin, el.end,
-                std::string(b.substr(el.chunkBegin, el.end - el.chunkBegin))};
+        const ElementReading& reading = readings.elements[e];
+        if (reading.reading == Reading::Misread) {
+            const auto& row = scan.rows[reading.row];
+            reason = Where(b, el.begin) + "the library reads the text of " + Quote(el.id) + " as " +
+                     Quote(row.text) + ", not " + Quote(el.text) + ": a rewrite would change it";
+            return false;
+        }
+        if (reading.reading == Reading::NotRead && !libraryReadsNothing &&
+            el.begin >= scan.rowsBegin) {
+            reason = Where(b, el.begin) + "the library reads no string " + Quote(el.id) +
+                     " here: it pairs the double quotes otherwise";
+            return false;
+        }
         const std::size_t closingQuote = el.idOffset + el.id.size();
         std::string_view gap = b.substr(closingQuote + 1, el.tagClose - closingQuote - 1);
         if (el.selfClosing)
@@ -115,12 +140,24 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
         // closing quote, '>', text and end tag.
         std::string element(b.substr(el.chunkBegin, closingQuote + 1 - el.chunkBegin));
         element += '>';
+        TextChunk c{{el.chunkBegin, el.end, {}}, std::string_view::npos, 0};
+        if (reading.reading == Reading::Kept) {
+            c.keptText = element.size();
+            c.keptSize = el.text.size();
+        }
         if (el.selfClosing)
             element += "</" + std::string(el.name) + ">";
         else
             element.append(b.substr(el.tagClose + 1, el.end - el.tagClose - 1));
-        c.bytes = std::move(element);
+        c.chunk.bytes = std::move(element);
         chunks.push_back(std::move(c));
+    }
+    // Rows the library reads from no element: a hit nobody wrote, which a rewrite would lose.
+    for (const std::size_t i : readings.strayRows) {
+        const auto& row = scan.rows[i];
+        reason = Where(b, OffsetIn(b, row.key) - 1) + "the library reads the quoted value " +
+                 Quote(row.key) + " here as a string id";
+        return false;
     }
     std::vector<std::size_t> order(chunks.size());
     std::iota(order.begin(), order.end(), 0);
@@ -137,7 +174,7 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
     prefix += '\n';
     prefix.append(b.substr(m.rootBegin, m.rootEnd - m.rootBegin));
     prefix += '\n';
-    const std::size_t firstChunk = chunks.empty() ? m.trailerBegin : chunks.front().begin;
+    const std::size_t firstChunk = chunks.empty() ? m.trailerBegin : chunks.front().chunk.begin;
     std::string_view between = b.substr(m.rootEnd, firstChunk - m.rootEnd);
     // Keep the indentation of the first element's line, not the line breaks before it.
     if (const std::size_t lf = between.rfind('\n'); lf != std::string_view::npos)
@@ -148,8 +185,35 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
         reason = "1:1: the declaration or the root start tag spans several lines";
         return false;
     }
-    out = NormaliseLineEnds(
-        Reassemble(b, prefix, chunks, order, chunks.empty() ? m.trailerBegin : chunks.back().end));
+
+    // The chunks in their new order with the separators left where they were, noting where
+    // each text that the library reads lands, so that its line ends stay as they are.
+    std::string joined = prefix;
+    std::vector<std::pair<std::size_t, std::size_t>> kept; // offset and size in joined
+    const std::size_t suffixBegin = chunks.empty() ? m.trailerBegin : chunks.back().chunk.end;
+    for (std::size_t i = 0; i < chunks.size(); ++i) {
+        const TextChunk& c = chunks[order[i]];
+        if (c.keptText != std::string_view::npos)
+            kept.emplace_back(joined.size() + c.keptText, c.keptSize);
+        joined += c.chunk.bytes;
+        const std::size_t sepEnd = i + 1 < chunks.size() ? chunks[i + 1].chunk.begin : suffixBegin;
+        joined.append(b.substr(chunks[i].chunk.end, sepEnd - chunks[i].chunk.end));
+    }
+    joined.append(b.substr(suffixBegin));
+    // Line feeds only outside the kept texts, and one at the end.
+    out.clear();
+    out.reserve(joined.size() + 1);
+    std::size_t k = 0;
+    for (std::size_t i = 0; i < joined.size(); ++i) {
+        while (k < kept.size() && kept[k].first + kept[k].second <= i)
+            ++k;
+        const bool inKeptText = k < kept.size() && i >= kept[k].first;
+        if (!inKeptText && joined[i] == '\r' && i + 1 < joined.size() && joined[i + 1] == '\n')
+            continue;
+        out += joined[i];
+    }
+    if (out.back() != '\n')
+        out += '\n';
     return true;
 }
 

@@ -1,7 +1,10 @@
-// KeyTable.cpp: the two readings of a key table.
+// KeyTable.cpp: a key table read line by line, as its author wrote it, and set beside the
+// library's own scan.
 #include "KeyTable.h"
 
-#include <cstring>
+#include "Bytes.h"
+
+#include <unordered_map>
 
 namespace QanTool {
 
@@ -29,31 +32,30 @@ std::vector<KeyLine> ReadKeyLines(std::string_view bytes) {
     return lines;
 }
 
-std::vector<KeyRow> ReadKeyTableAsLibrary(std::string_view bytes) {
-    std::vector<KeyRow> rows;
-    const char* start = bytes.data();
-    const char* end = start + bytes.size();
-    const char* pos = start;
-    bool keyState = true;
-    KeyRow row;
-    while (pos < end) {
-        const auto left = static_cast<std::size_t>(end - pos);
-        const char* found = static_cast<const char*>(std::memchr(pos, keyState ? ',' : '\n', left));
-        if (!found)
-            break;
-        const std::string_view field(pos, static_cast<std::size_t>(found - pos));
-        if (keyState) {
-            row.keyOffset = static_cast<std::size_t>(pos - start);
-            row.key = field;
-        } else {
-            row.idOffset = static_cast<std::size_t>(pos - start);
-            row.id = field;
-            rows.push_back(row);
+KeyTableReadings CompareKeyTable(std::string_view bytes) {
+    KeyTableReadings r;
+    r.lines = ReadKeyLines(bytes);
+    r.scan = Framework::Internal::ScanKeyTable(bytes);
+    std::unordered_map<std::size_t, std::size_t> rowAt; // key offset to row index
+    for (std::size_t i = 0; i < r.scan.rows.size(); ++i)
+        rowAt.emplace(OffsetIn(bytes, r.scan.rows[i].key), i);
+    r.readings.reserve(r.lines.size());
+    for (const auto& line : r.lines) {
+        KeyLineReading reading;
+        if (const auto it = rowAt.find(line.offset); it != rowAt.end()) {
+            const auto& row = r.scan.rows[it->second];
+            std::string_view key = line.key;
+            if (line.offset == 0 && key.substr(0, kByteOrderMark.size()) == kByteOrderMark)
+                key.remove_prefix(kByteOrderMark.size());
+            reading.row = it->second;
+            reading.reading =
+                line.comma != std::string_view::npos && row.key == key && row.text == line.id
+                    ? Reading::Kept
+                    : Reading::Misread;
         }
-        pos = found + 1;
-        keyState = !keyState;
+        r.readings.push_back(reading);
     }
-    return rows;
+    return r;
 }
 
 } // namespace QanTool

@@ -57,7 +57,8 @@ public:
             {kOverrideStrings, TextRole::Override}};
         for (const auto& [name, role] : textFiles)
             if (auto bytes = ReadWholeFile(dir / name))
-                texts[name] = CheckTextFile(name, *bytes, role);
+                if (auto entries = CheckTextFile(name, *bytes, role))
+                    texts[name] = std::move(*entries);
         CheckTextFilesTogether(texts);
 
         std::set<std::string> knownIds;
@@ -157,63 +158,80 @@ private:
         }
     }
 
-    std::vector<TextEntry> CheckTextFile(const std::string& file, std::string_view bytes,
-                                         TextRole role) {
+    // Null when the library refuses the file: it then keeps the texts it had, so the file
+    // takes no part in the checks across files.
+    std::optional<std::vector<TextEntry>> CheckTextFile(const std::string& file,
+                                                        std::string_view bytes, TextRole role) {
         std::vector<TextEntry> entries;
         const LineIndex lines(bytes);
         if (bytes.empty()) {
             Warning(file, {1, 1}, "empty file: it holds no strings");
-            return entries;
+            return std::nullopt;
         }
-        const TextFileMarkup markup = ReadAsMarkup(bytes);
+        const TextFileReadings readings = CompareTextFile(bytes);
+        const TextFileMarkup& markup = readings.markup;
+        const Framework::Internal::StringFileScan& scan = readings.scan;
         for (const auto& p : markup.problems) {
             if (p.error)
                 Error(file, lines.At(p.offset), p.message);
             else
                 Warning(file, lines.At(p.offset), p.message);
         }
-        const ReaderView reader = ReadAsLibrary(bytes);
-        if (reader.skipEnd == std::string_view::npos && !markup.elements.empty())
+        const bool refused = scan.rowsBegin == std::string_view::npos;
+        if (refused && !markup.elements.empty())
             Error(file, {1, 1},
                   "the library skips the first two lines and needs a line feed after them that "
                   "is not the last byte: it reads no strings from this file");
+        const auto offsetOf = [&](std::string_view part) { return OffsetIn(bytes, part); };
 
-        std::unordered_map<std::size_t, const ReaderRow*> rowsByOffset;
-        for (const auto& row : reader.rows)
-            rowsByOffset[row.idOffset] = &row;
-        std::set<std::size_t> elementIds;
-
-        for (const auto& el : markup.elements) {
+        for (std::size_t i = 0; i < markup.elements.size(); ++i) {
+            const TextElement& el = markup.elements[i];
+            const Reading reading = readings.elements[i].reading;
             const Position at = lines.At(el.begin);
             if (el.quotedValues == 0) {
                 if (el.text.find_first_not_of(" \t\r\n") != std::string_view::npos)
                     Error(file, at, "element without a double-quoted id: its text is never read");
                 continue;
             }
-            elementIds.insert(el.idOffset);
-            const bool read = rowsByOffset.count(el.idOffset) != 0;
-            if (!read && reader.skipEnd != std::string_view::npos && el.begin < reader.skipEnd) {
-                Error(file, at,
-                      "string element on line " + std::to_string(at.line) +
-                          " is never read: the library skips the first two lines (keep the "
-                          "declaration and the root start tag there, one per line)");
+            // An element that is not closed has its error from the markup reading already.
+            if (reading == Reading::NotRead && !refused && el.closed) {
+                if (el.begin < scan.rowsBegin)
+                    Error(file, at,
+                          "string element on line " + std::to_string(at.line) +
+                              " is never read: the library skips the first two lines (keep the "
+                              "declaration and the root start tag there, one per line)");
+                else
+                    Error(file, at,
+                          "string " + Quote(el.id) +
+                              " is never read: the library pairs the double quotes of this "
+                              "element otherwise and finds no id here (write one double-quoted "
+                              "id and no other double quote)");
                 continue;
             }
-            if (el.quotedValues > 1)
-                Error(file, lines.At(el.secondValue),
-                      "more than one quoted attribute: the library takes the first quoted value "
-                      "as the id and misreads the text; keep only the id attribute");
-            if (el.selfClosing) {
-                Error(file, at,
-                      "self-closing element: the library does not understand it; write the "
-                      "start tag directly followed by the end tag");
+            if (reading != Reading::Kept) {
+                if (reading == Reading::NotRead)
+                    continue; // refused or not closed: reported above
+                const std::size_t closingQuote = el.idOffset + el.id.size();
+                if (el.quotedValues > 1)
+                    Error(file, lines.At(el.secondValue),
+                          "more than one quoted attribute: the library takes the first quoted "
+                          "value as the id and misreads the text; keep only the id attribute");
+                else if (el.selfClosing)
+                    Error(file, at,
+                          "self-closing element: the library does not understand it; write the "
+                          "start tag directly followed by the end tag");
+                else if (el.tagClose != closingQuote + 1)
+                    Error(file, lines.At(closingQuote + 1),
+                          "'>' must follow the id's closing quote directly: the library steps "
+                          "over one byte unseen and reads the rest as text");
+                else {
+                    const auto& row = scan.rows[readings.elements[i].row];
+                    Error(file, at,
+                          "the library reads string " + Quote(el.id) + " as id " + Quote(row.key) +
+                              " with the text " + Quote(row.text) + ", not as written");
+                }
                 continue;
             }
-            const std::size_t closingQuote = el.idOffset + el.id.size();
-            if (el.quotedValues == 1 && el.tagClose != closingQuote + 1)
-                Error(file, lines.At(closingQuote + 1),
-                      "'>' must follow the id's closing quote directly: the library steps over "
-                      "one byte unseen and reads the rest as text");
             if (std::size_t bad = Framework::Unicode::FindInvalidUtf8(el.id);
                 bad != std::string_view::npos)
                 Error(file, lines.At(el.idOffset + bad), "invalid UTF-8 in the id");
@@ -230,43 +248,47 @@ private:
                 Warning(file, lines.At(el.textOffset + cr),
                         "carriage return inside the text: it is handed out as part of it");
             CheckEscapes(file, lines, el.textOffset, el.text);
-            entries.push_back({std::string(el.id), std::string(el.text), at.line});
         }
-        for (const auto& row : reader.rows)
-            if (!elementIds.count(row.idOffset))
-                Error(file, lines.At(row.idOffset - 1),
-                      "the library reads the quoted value " + Quote(row.id) +
-                          " here as a string id: only string elements may hold double quotes "
-                          "after line 2");
+        for (const std::size_t i : readings.strayRows) {
+            const auto& row = scan.rows[i];
+            Error(file, lines.At(offsetOf(row.key) - 1),
+                  "the library reads the quoted value " + Quote(row.key) +
+                      " here as a string id: only string elements may hold double quotes "
+                      "after line 2");
+        }
 
-        // Order and duplicates, as the library's search sees the rows.
+        // Order and duplicates, as the library's search sees the rows; the rows are also
+        // what the other files are checked against.
         std::map<std::string_view, std::size_t> firstSeen;
-        const ReaderRow* previous = nullptr;
-        for (const auto& row : reader.rows) {
-            const Position at = lines.At(row.idOffset - 1);
+        const Framework::Internal::StringTableEntry* previous = nullptr;
+        for (const auto& row : scan.rows) {
+            const Position at = lines.At(offsetOf(row.key) - 1);
             if (role != TextRole::Override && previous &&
-                Framework::Internal::CompareKeys(row.id, previous->id) < 0)
+                Framework::Internal::CompareKeys(row.key, previous->key) < 0)
                 Error(file, at,
-                      "id " + Quote(row.id) + " is out of order: it sorts before " +
-                          Quote(previous->id) + " on line " +
-                          std::to_string(lines.At(previous->idOffset).line) +
+                      "id " + Quote(row.key) + " is out of order: it sorts before " +
+                          Quote(previous->key) + " on line " +
+                          std::to_string(lines.At(offsetOf(previous->key)).line) +
                           " (ids must ascend in byte order, or look-ups miss)");
-            auto [it, inserted] = firstSeen.emplace(row.id, row.idOffset);
+            auto [it, inserted] = firstSeen.emplace(row.key, offsetOf(row.key));
             if (!inserted) {
                 const int firstLine = lines.At(it->second).line;
                 if (role == TextRole::Override)
                     Error(file, at,
-                          "duplicate override id " + Quote(row.id) + " (also on line " +
+                          "duplicate override id " + Quote(row.key) + " (also on line " +
                               std::to_string(firstLine) +
                               "): the overrides are sorted, so which one is used is not defined");
                 else
                     Warning(file, at,
-                            "duplicate id " + Quote(row.id) +
+                            "duplicate id " + Quote(row.key) +
                                 ": the library uses the first, on line " +
                                 std::to_string(firstLine));
             }
+            entries.push_back({std::string(row.key), std::string(row.text), at.line});
             previous = &row;
         }
+        if (refused)
+            return std::nullopt;
         return entries;
     }
 
@@ -299,63 +321,98 @@ private:
                                 ": it is never shown once the full file is read");
     }
 
+    // The rows are the library's own scan; the lines as written only name what a row
+    // that differs from them was meant to be.
     void CheckKeyTable(const std::string& file, std::string_view bytes,
                        const std::set<std::string>* knownIds) {
+        using Framework::Internal::KeyScanEnd;
         const LineIndex index(bytes);
+        const auto offsetOf = [&](std::string_view part) { return OffsetIn(bytes, part); };
+        const auto lineStart = [&](std::size_t offset) {
+            return Position{index.At(offset).line, 1};
+        };
         if (bytes.substr(0, 3) == kByteOrderMark)
             Error(file, {1, 1}, "byte-order mark: it becomes part of the first key");
-        const auto lines = ReadKeyLines(bytes);
-        std::map<std::string_view, int> firstSeen;
-        const KeyLine* previous = nullptr;
-        int previousLine = 0;
-        int lineNumber = 0;
-        for (const auto& line : lines) {
-            ++lineNumber;
-            const Position start{lineNumber, 1};
-            if (line.comma == std::string_view::npos) {
-                Error(file, start,
-                      "line without a comma: the library joins it with the next line into one "
-                      "key");
+        const KeyTableReadings readings = CompareKeyTable(bytes);
+        const Framework::Internal::KeyTableScan& scan = readings.scan;
+        // A written row whose key the library never reads: the lines without a comma before
+        // it are joined with it into one key (a last line without a line feed is below).
+        for (std::size_t i = 0; i < readings.lines.size(); ++i) {
+            const KeyLine& line = readings.lines[i];
+            if (line.comma == std::string_view::npos ||
+                readings.readings[i].reading != Reading::NotRead ||
+                (scan.end == KeyScanEnd::NoLineFeed && line.offset >= scan.droppedOffset))
                 continue;
-            }
-            if (line.carriageReturn)
-                Error(file, {lineNumber, static_cast<int>(line.text.size())},
+            for (const auto& row : scan.rows)
+                if (offsetOf(row.key) < line.offset &&
+                    line.offset < offsetOf(row.key) + row.key.size())
+                    Error(file, lineStart(line.offset),
+                          "key " + Quote(line.key) +
+                              " is never read: the lines before it have no comma, so the "
+                              "library joins them with it into the key " +
+                              Quote(row.key));
+        }
+        std::map<std::string_view, int> firstSeen;
+        const Framework::Internal::StringTableEntry* previous = nullptr;
+        for (const auto& row : scan.rows) {
+            const std::size_t keyOffset = offsetOf(row.key);
+            const std::size_t comma = keyOffset + row.key.size();
+            const int lineNumber = index.At(comma).line;
+            const bool carriageReturn = !row.text.empty() && row.text.back() == '\r';
+            if (carriageReturn)
+                Error(file, index.At(comma + row.text.size()),
                       "carriage return before the line feed: it becomes part of the id, which "
                       "then matches no string");
-            if (!line.lineFeed)
-                Error(file, {lineNumber, static_cast<int>(line.text.size()) + 1},
-                      "the last line has no line feed: the library drops it");
-            if (std::size_t bad = Framework::Unicode::FindInvalidUtf8(line.text);
-                bad != std::string_view::npos)
-                Error(file, index.At(line.offset + bad), "invalid UTF-8");
-            std::string_view key = line.key;
-            if (lineNumber == 1 && key.substr(0, 3) == kByteOrderMark)
+            for (const std::string_view field : {row.key, row.text})
+                if (std::size_t bad = Framework::Unicode::FindInvalidUtf8(field);
+                    bad != std::string_view::npos)
+                    Error(file, index.At(offsetOf(field) + bad), "invalid UTF-8");
+            std::string_view key = row.key;
+            if (keyOffset == 0 && key.substr(0, 3) == kByteOrderMark)
                 key.remove_prefix(3);
-            const Position commaAt{lineNumber, static_cast<int>(line.comma) + 1};
+            // The key as written on the row's own line (a joined key has its error above).
+            if (const std::size_t lf = key.rfind('\n'); lf != std::string_view::npos)
+                key.remove_prefix(lf + 1);
+            std::string_view id = row.text;
+            if (carriageReturn)
+                id.remove_suffix(1);
+            const Position start{lineNumber, 1};
+            const Position commaAt = index.At(comma);
             if (key.empty())
                 Warning(file, start, "empty key");
-            if (line.id.empty())
+            if (id.empty())
                 Warning(file, commaAt, "empty id");
             if ((!key.empty() && (key.back() == ' ' || key.back() == '\t')) ||
-                (!line.id.empty() && (line.id.front() == ' ' || line.id.front() == '\t')))
+                (!id.empty() && (id.front() == ' ' || id.front() == '\t')))
                 Warning(file, commaAt,
                         "space beside the comma: it belongs to the key or id (nothing is trimmed)");
-            if (previous && Framework::Internal::CompareKeys(line.key, previous->key) < 0)
+            if (previous && Framework::Internal::CompareKeys(row.key, previous->key) < 0)
                 Error(file, start,
-                      "key " + Quote(line.key) + " is out of order: it sorts before " +
-                          Quote(previous->key) + " on line " + std::to_string(previousLine) +
+                      "key " + Quote(row.key) + " is out of order: it sorts before " +
+                          Quote(previous->key) + " on line " +
+                          std::to_string(index.At(offsetOf(previous->text)).line) +
                           " (keys must ascend in byte order, or look-ups miss)");
-            auto [it, inserted] = firstSeen.emplace(line.key, lineNumber);
+            auto [it, inserted] = firstSeen.emplace(row.key, lineNumber);
             if (!inserted)
                 Warning(file, start,
-                        "duplicate key " + Quote(line.key) +
+                        "duplicate key " + Quote(row.key) +
                             ": the library uses the first, on line " + std::to_string(it->second));
-            if (knownIds && !line.id.empty() && !knownIds->count(std::string(line.id)))
-                Error(file, {lineNumber, static_cast<int>(line.comma) + 2},
-                      "id " + Quote(line.id) +
+            // An id with a carriage return has its error already.
+            if (knownIds && !id.empty() && !carriageReturn && !knownIds->count(std::string(id)))
+                Error(file, index.At(comma + 1),
+                      "id " + Quote(id) +
                           " is in no string text file: the key is answered with an empty text");
-            previous = &line;
-            previousLine = lineNumber;
+            previous = &row;
+        }
+        if (scan.end == KeyScanEnd::NoLineFeed)
+            Error(file, index.At(bytes.size()),
+                  "the last line has no line feed: the library drops it");
+        if (scan.end == KeyScanEnd::KeyWithoutId) {
+            // Every line left is without a comma; blank ones are harmless at the end.
+            for (const auto& line : ReadKeyLines(bytes.substr(scan.droppedOffset)))
+                if (line.text.find_first_not_of(" \t\r") != std::string_view::npos)
+                    Error(file, lineStart(scan.droppedOffset + line.offset),
+                          "line without a comma: the library drops it, having no id for it");
         }
     }
 
