@@ -14,6 +14,7 @@
 #include <fstream>
 #include <functional>
 #include <future>
+#include <iostream>
 #include <thread>
 
 #ifndef _WIN32
@@ -54,7 +55,8 @@ bool MakeSparse(const fs::path& path, std::uint64_t size) {
 // Runs work on a thread of its own and waits a generous while for it. Past that, every
 // FIFO given is released again and again until the work ends, and the answer is false.
 // Exceptions of the work are thrown here.
-bool FinishesPromptly(const std::function<void()>& work, const std::vector<fs::path>& fifos) {
+bool FinishesPromptly(const std::function<void()>& work,
+                      [[maybe_unused]] const std::vector<fs::path>& fifos) {
     std::packaged_task<void()> task(work);
     std::future<void> done = task.get_future();
     std::thread runner(std::move(task));
@@ -140,15 +142,21 @@ TEST(Files, OnlyRegularFilesAreReadOrMapped) {
 
 TEST(Files, LargerThanTheLimitIsRefusedBeforeAnythingIsAllocated) {
     QanTest::TempDir dir;
-    // Just past the limit, and a few terabytes: an allocation of that size would throw.
+    // Just past the limit, and a few terabytes, for which an allocation would throw.
+    int made = 0;
     for (const std::uint64_t length : {kMaxFileSize + 1, 3 * kTerabyte}) {
         const fs::path path = dir.Path() / "big";
-        if (!MakeSparse(path, length))
-            GTEST_SKIP() << "the file system refuses a sparse file of " << length << " bytes";
+        if (!MakeSparse(path, length)) {
+            std::cout << "note: the file system refuses a sparse file of " << length << " bytes\n";
+            continue;
+        }
+        ++made;
         std::uint64_t size = 99;
         EXPECT_FALSE(SystemPlatform().ReadFileInfoBuffer(path.wstring().c_str(), size)) << length;
         EXPECT_EQ(size, 0u);
     }
+    if (made == 0)
+        GTEST_SKIP() << "the file system refuses sparse files past the limit";
 }
 
 // The string answers of a service built now over the two directories, asked through the
@@ -204,12 +212,16 @@ TEST(StringFiles, WhatIsNoRegularFileAnswersAsAMissingFile) {
 }
 
 TEST(StringFiles, OneLargerThanTheLimitAnswersAsAMissingFile) {
+    // A few terabytes where the file system takes it, else just past the limit.
     QanTest::TempDir probe;
-    if (!MakeSparse(probe.Path() / "big", 3 * kTerabyte))
-        GTEST_SKIP() << "the file system refuses a sparse file of a few terabytes";
+    std::uint64_t length = 3 * kTerabyte;
+    if (!MakeSparse(probe.Path() / "big", length))
+        length = kMaxFileSize + 1;
+    if (!MakeSparse(probe.Path() / "big", length))
+        GTEST_SKIP() << "the file system refuses sparse files past the limit";
     for (const char* file : {"startupstrings.xml", "strings.xml", "string.csv"})
-        ExpectAnswersAsIfMissing(file, [](const fs::path& path) {
-            EXPECT_TRUE(MakeSparse(path, 3 * kTerabyte));
+        ExpectAnswersAsIfMissing(file, [length](const fs::path& path) {
+            EXPECT_TRUE(MakeSparse(path, length));
             return path;
         });
 }
