@@ -5,21 +5,15 @@
 // windows already asking for tooltips). A look-up therefore reads an immutable snapshot
 // of the three tables and the module map, found through one atomic pointer; a
 // registration copies what it changes into a new snapshot and publishes it with one
-// store, under a lock that serialises registrations against each other.
-//
-// Retired snapshots are never freed before the collection itself, so a look-up needs no
-// reference count, hazard mark or lock: it loads the pointer (acquire, pairing with the
-// release store of the registration that published it) and reads what it points to,
-// which nothing ever changes or frees while the collection lives. Look-ups must not
-// outlive the collection, as before. Keeping every snapshot costs memory per
-// registration, not per look-up: the entries themselves are stored once and never move
-// (a deque only grows at its end), and each snapshot adds only the index of the one table
-// it changed (a key view and an entry pointer per registered key) or the module map it
-// changed. Registrations are few and come in bursts while plug-ins load, and one that
-// changes nothing publishes nothing (bench/legacy shows the heap held after plug-ins
-// register one by one against all at once). In return a look-up costs one pointer load
-// more than reading an unguarded table, and threads looking up write nothing shared.
+// store, under a lock that serialises registrations against each other. A look-up pins
+// the snapshot it reads (SnapshotReaders.h), and a registration frees each replaced
+// snapshot once no look-up pins it, so memory stays that of the current tables plus the
+// few snapshots still being read. The entries themselves are stored once and never move
+// (a deque only grows at its end); a snapshot holds an index of key views and entry
+// pointers per table, and shares the tables it leaves unchanged with the one before.
 #include "legacy/LegacyResourceCollection.h"
+
+#include "legacy/SnapshotReaders.h"
 
 #include "platform/Platform.h"
 
@@ -110,14 +104,23 @@ struct LegacyResourceCollection::Registry {
     // Every entry ever registered, in registration order; a deque never moves its
     // elements as it grows, so the indexes' pointers and key views stay valid.
     std::deque<LegacyEntry> entries;
-    // Every snapshot ever published, the current one last.
-    std::vector<std::unique_ptr<const Snapshot>> published;
+    // The current snapshot, and those replaced while a look-up still pinned them.
+    std::unique_ptr<const Snapshot> latest;
+    std::vector<std::unique_ptr<const Snapshot>> retired;
 
-    // Makes next the state every later look-up reads. The release store pairs with the
-    // look-ups' acquire load: whoever finds the pointer sees everything it points to.
+    // Makes next the state every later look-up reads, then frees every replaced snapshot
+    // that no look-up pins. The sequentially consistent store orders the publication
+    // before the scan of the pins (see SnapshotReaders.h), and like a release store lets
+    // whoever finds the pointer see everything it points to.
     void Publish(Snapshot next, std::atomic<const Snapshot*>& current) {
-        published.push_back(std::make_unique<const Snapshot>(std::move(next)));
-        current.store(published.back().get(), std::memory_order_release);
+        auto published = std::make_unique<const Snapshot>(std::move(next));
+        current.store(published.get(), std::memory_order_seq_cst);
+        if (latest)
+            retired.push_back(std::move(latest));
+        latest = std::move(published);
+        std::erase_if(retired, [](const std::unique_ptr<const Snapshot>& snapshot) {
+            return !SnapshotSlots::IsRead(snapshot.get());
+        });
     }
 
     // Appends the entries to the table of next. A table is sorted after every call, also
@@ -165,8 +168,10 @@ LegacyResourceCollection::~LegacyResourceCollection() = default;
 std::optional<Resources::ResourceID>
 LegacyResourceCollection::GetResource(const QanStringT<wchar_t>& key,
                                       Resources::ResourceType type) const {
-    // One load: the table and the module map below belong to the same registration.
-    const Snapshot& snapshot = *current.load(std::memory_order_acquire);
+    // One snapshot: the table and the module map below belong to the same registration,
+    // and no registration frees them before this look-up ends.
+    const PinnedSnapshot<Snapshot> pinned(current, registry->lock);
+    const Snapshot& snapshot = *pinned;
     const Index* table = snapshot.Select(type);
     if (!table)
         return std::nullopt;

@@ -11,8 +11,8 @@ namespace Framework::Internal {
 
 // Look-ups may run on any number of threads while one registers: each look-up reads one
 // published state of the tables and modules, from before or after any registration, and
-// takes no lock. Registrations take turns on a lock of their own. Every state ever
-// published stays allocated until the collection is destroyed (see the .cpp for why).
+// takes no lock. Registrations take turns on a lock of their own, and free each replaced
+// state as soon as no look-up reads it.
 class LegacyResourceCollection final : public LegacyCollection {
 public:
     LegacyResourceCollection();
@@ -37,7 +37,7 @@ private:
     struct Registry;
     // What look-ups read: the latest published snapshot, never null.
     std::atomic<const Snapshot*> current;
-    // What registrations write, under its lock; owns every snapshot.
+    // What registrations write, under its lock; owns the snapshots.
     std::unique_ptr<Registry> registry;
 };
 
