@@ -29,6 +29,8 @@ static std::string Cursors(const std::vector<QanTool::CursorTable::Entry>& entri
     return std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size() - drop);
 }
 
+using namespace std::string_literals;
+
 TEST(Lint, EachSeededFaultIsFoundWhereItStands) {
     const std::string xml = "strings.xml", csv = "string.csv", map = "icons.map.xml";
     const std::string startup = "startupstrings.xml", over = "override/strings.xml";
@@ -70,7 +72,33 @@ TEST(Lint, EachSeededFaultIsFoundWhereItStands) {
          {"3:11: warning: '\\\\n' is handed out as a backslash followed by 'n'",
           "3:15: warning: '\\q' is not an escape", "3:18: warning: 3 backslashes before 'n'",
           "3:23: warning: a backslash at the end"}},
-        {xml, One("&bogus;"), {"3:11: warning: '&' does not start an entity"}},
+        // References the decoder leaves as written, each with its own message.
+        {xml, One("&bogus;"), {"3:11: warning: unknown entity '&bogus;' is handed out as written"}},
+        {xml, One("&nbsp;"), {"3:11: warning: unknown entity '&nbsp;'"}},
+        {xml,
+         One("&qout;"),
+         {"3:11: warning: unknown entity '&qout;' is handed out as written: "
+          "did you mean &quot;?"}},
+        {xml,
+         One("&#x2014 dash"),
+         {"3:11: warning: malformed character reference '&#x2014' (no "
+          "semicolon after the digits) is handed out as written"}},
+        {xml, One("&#xZZ;"), {"3:11: warning: malformed character reference '&#x' (no digits)"}},
+        {xml, One("&#X41;"), {"3:11: warning: (no digits; only a lower-case x marks hexadecimal)"}},
+        {xml,
+         One("&#1114112;"),
+         {"3:11: warning: '&#1114112;' names no character (beyond "
+          "U+10FFFF)"}},
+        {xml, One("&#xD800;"), {"3:11: warning: '&#xD800;' names a surrogate"}},
+        {xml, One("&#0;"), {"3:11: warning: '&#0;' names U+0000"}},
+        {xml,
+         One("a & b"),
+         {"3:13: warning: '&' starts no reference and is handed out as "
+          "written: write &amp;"}},
+        {xml,
+         "\xFF\xFE<\0?\0x\0m\0l\0"s,
+         {"1:1: error: the file is UTF-16 (little-endian, with "
+          "a byte-order mark)"}},
         {xml, One("a\rb"), {"3:12: warning: carriage return inside the text"}},
         {xml, One(std::string("a\0b", 3)), {"3:12: warning: a zero byte ends the text"}},
         {xml, Text("<s id=\"\">a</s>\n"), {"3:8: warning: empty id"}},
@@ -84,6 +112,18 @@ TEST(Lint, EachSeededFaultIsFoundWhereItStands) {
         // Key tables.
         {"caption.csv", "\xEF\xBB\xBFk,A\n", {"1:1: error: byte-order mark"}},
         {csv, "k,A\r\n", {"1:4: error: carriage return before the line feed"}},
+        // Root causes once for the whole file, with the repair where fmt has one.
+        {csv,
+         "a,A\r\nb,B\r\nk,A\r\n",
+         {"1:1: error: CR LF line ends (3 rows): every id ends with a "
+          "carriage return and names no string, so those keys "
+          "answer empty texts; qanres fmt writes LF line ends"}},
+        {csv, "key,id\nk,A\n", {"1:1: error: a spreadsheet export (a header row)"}},
+        {csv, "\"k\",\"A\"\n", {"1:1: error: a spreadsheet export (quoted fields)"}},
+        {csv,
+         "k\0,\0A\0\n\0"s,
+         {"1:1: error: the file is UTF-16 (little-endian): the library "
+          "reads UTF-8 only"}},
         {csv, "k,A", {"1:4: error: the last line has no line feed"}},
         {csv, "k,A\nk\n", {"2:1: error: line without a comma: the library drops it"}},
         {csv,

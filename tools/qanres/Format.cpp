@@ -218,6 +218,11 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
 }
 
 bool FormatKeyTable(std::string_view b, std::string& out, std::string& reason) {
+    if (const char* sign = SpreadsheetExport(b)) {
+        reason = std::string("1:1: a spreadsheet export (") + sign +
+                 "): which rows were meant cannot be told without a guess";
+        return false;
+    }
     if (b.substr(0, 3) == kByteOrderMark)
         b.remove_prefix(3);
     std::vector<KeyLine> lines;

@@ -2,6 +2,9 @@
 // library's own scan.
 #include "KeyTable.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "Bytes.h"
 
 #include <unordered_map>
@@ -56,6 +59,42 @@ KeyTableReadings CompareKeyTable(std::string_view bytes) {
         r.readings.push_back(reading);
     }
     return r;
+}
+
+const char* SpreadsheetExport(std::string_view bytes) {
+    const auto lines = ReadKeyLines(bytes);
+    if (lines.empty())
+        return nullptr;
+    const auto plain = [](std::string_view field) {
+        std::string out;
+        for (const char c : field)
+            if (c != '"' && c != '\r')
+                out += static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+        return out;
+    };
+    const KeyLine& first = lines.front();
+    bool header = false;
+    if (first.comma != std::string_view::npos) {
+        static constexpr std::string_view keys[] = {"key", "keys", "resource key", "resourcekey",
+                                                    "name"};
+        static constexpr std::string_view ids[] = {"id",       "ids",   "string id",
+                                                   "stringid", "value", "text"};
+        const std::string key = plain(first.key), id = plain(first.id);
+        header = std::find(std::begin(keys), std::end(keys), key) != std::end(keys) &&
+                 std::find(std::begin(ids), std::end(ids), id) != std::end(ids);
+    }
+    bool quoted = false;
+    for (const auto& line : lines) {
+        std::string_view text = line.text;
+        if (!text.empty() && text.back() == '\r')
+            text.remove_suffix(1);
+        if (text.size() >= 2 && text.front() == '"' &&
+            (text.back() == '"' || text.find("\",") != std::string_view::npos))
+            quoted = true;
+    }
+    if (header && quoted)
+        return "a header row and quoted fields";
+    return header ? "a header row" : quoted ? "quoted fields" : nullptr;
 }
 
 } // namespace QanTool

@@ -24,6 +24,12 @@ struct KeyLine {
 };
 std::vector<KeyLine> ReadKeyLines(std::string_view bytes);
 
+// What makes bytes look like a spreadsheet's CSV export rather than a key table: "a
+// header row", "quoted fields" or both; null when nothing does. The library reads a
+// header as one more key and quotes as part of keys and ids, and which rows were meant
+// cannot be told without a guess.
+const char* SpreadsheetExport(std::string_view bytes);
+
 // One written line beside the library's row that starts where it does. A line without a
 // comma is never Kept; the key of line 1 is meant without a byte-order mark.
 struct KeyLineReading {

@@ -6,7 +6,9 @@
 #include "Files.h"
 
 #include "base/Unicode.h"
+#include "platform/Platform.h"
 #include "strings/StringTable.h"
+#include "strings/XmlEntities.h"
 
 #include "Bytes.h"
 #include "CursorTable.h"
@@ -14,12 +16,10 @@
 #include "KeyTable.h"
 #include "TextFile.h"
 
-#include <fstream>
-#include <iterator>
+#include <algorithm>
 #include <map>
 #include <optional>
 #include <set>
-#include <unordered_map>
 
 namespace QanTool {
 namespace {
@@ -36,6 +36,31 @@ const char* OrderBroken(const std::u16string& previous, const std::u16string& ne
     return nullptr;
 }
 
+// The UTF-16 encoding the bytes are in, by a byte-order mark or by the zero bytes that
+// ASCII text has in every other byte; null for anything else.
+const char* Utf16Encoding(std::string_view bytes) {
+    if (bytes.substr(0, 2) == "\xFF\xFE")
+        return "UTF-16 (little-endian, with a byte-order mark)";
+    if (bytes.substr(0, 2) == "\xFE\xFF")
+        return "UTF-16 (big-endian, with a byte-order mark)";
+    if (bytes.size() >= 4 && bytes.size() % 2 == 0) {
+        std::size_t evenZeros = 0, oddZeros = 0;
+        const std::size_t sample = std::min<std::size_t>(bytes.size(), 512);
+        for (std::size_t i = 0; i < sample; ++i)
+            (i % 2 ? oddZeros : evenZeros) += bytes[i] == '\0';
+        if (oddZeros * 2 > sample / 2 && evenZeros == 0)
+            return "UTF-16 (little-endian)";
+        if (evenZeros * 2 > sample / 2 && oddZeros == 0)
+            return "UTF-16 (big-endian)";
+    }
+    return nullptr;
+}
+
+// The files that are bytes, not text.
+bool IsBinary(const std::string& name) {
+    return name == kCursorTable || name == kIconLibrary;
+}
+
 enum class TextRole { Startup, Full, Override };
 
 struct TextEntry {
@@ -46,33 +71,34 @@ struct TextEntry {
 
 class Linter {
 public:
-    Linter(std::filesystem::path dir, std::string displayDir)
-        : dir(std::move(dir)), displayDir(std::move(displayDir)) {}
+    Linter(std::filesystem::path dir, std::string displayDir, DiagnosticList& list)
+        : dir(std::move(dir)), displayDir(std::move(displayDir)), list(list) {}
 
-    DiagnosticList Run() {
+    DirectoryContents Run() {
         std::map<std::string, std::vector<TextEntry>> texts;
         const std::pair<const char*, TextRole> textFiles[] = {
             {kStartupStrings, TextRole::Startup},
             {kFullStrings, TextRole::Full},
             {kOverrideStrings, TextRole::Override}};
         for (const auto& [name, role] : textFiles)
-            if (auto bytes = ReadWholeFile(dir / name))
+            if (auto bytes = Read(name)) {
+                contents.textFiles.push_back(name);
                 if (auto entries = CheckTextFile(name, *bytes, role))
                     texts[name] = std::move(*entries);
+            }
         CheckTextFilesTogether(texts);
-
-        std::set<std::string> knownIds;
         for (const auto& [name, entries] : texts)
             if (name != kOverrideStrings)
                 for (const auto& e : entries)
-                    knownIds.insert(e.id);
-        for (const char* name : kKeyTables)
-            if (auto bytes = ReadWholeFile(dir / name))
-                CheckKeyTable(name, *bytes, texts.empty() ? nullptr : &knownIds);
+                    contents.ids.emplace(e.id, TextUse{name, e.line});
 
-        if (auto bytes = ReadWholeFile(dir / kIconMap))
+        for (const char* name : kKeyTables)
+            if (auto bytes = Read(name))
+                CheckKeyTable(name, *bytes);
+
+        if (auto bytes = Read(kIconMap))
             CheckIconMap(kIconMap, *bytes);
-        if (ReadWholeFile(dir / kIconLibrary)) {
+        if (Read(kIconLibrary)) {
             if (auto table = ReadCursorResource((dir / kIconLibrary).string()))
                 CheckCursorTable(kIconLibrary, *table);
             else
@@ -80,12 +106,49 @@ public:
                       "not a module holding a cursor table (raw-data resource 2): every cursor "
                       "look-up misses");
         }
-        if (auto bytes = ReadWholeFile(dir / kCursorTable))
+        if (auto bytes = Read(kCursorTable))
             CheckCursorTable(kCursorTable, *bytes);
-        return std::move(list);
+        return std::move(contents);
     }
 
 private:
+    // The bytes of a resource file the library would read; nothing when there is no such
+    // file. A file the library reads as missing although it is there is an error here.
+    std::optional<std::string> Read(const std::string& name) {
+        const auto path = dir / name;
+        std::error_code ec;
+        const auto status = std::filesystem::status(path, ec);
+        if (ec || status.type() == std::filesystem::file_type::not_found)
+            return std::nullopt;
+        ++contents.files;
+        if (status.type() != std::filesystem::file_type::regular) {
+            Error(name, {0, 0},
+                  std::string(status.type() == std::filesystem::file_type::directory
+                                  ? "a folder"
+                                  : "not a regular file (a pipe, socket or device)") +
+                      ": the library reads it as missing and never waits on it");
+            return std::nullopt;
+        }
+        if (std::filesystem::file_size(path, ec) > Framework::Platform::kMaxFileSize) {
+            Error(name, {0, 0},
+                  "larger than 4 GiB: the library refuses it before reading and reads it as "
+                  "missing");
+            return std::nullopt;
+        }
+        auto bytes = ReadWholeFile(path);
+        if (!bytes)
+            Error(name, {0, 0}, "cannot be read: the library reads it as missing");
+        else if (const char* encoding = IsBinary(name) ? nullptr : Utf16Encoding(*bytes)) {
+            Error(name, {1, 1},
+                  std::string("the file is ") + encoding +
+                      ": the library reads UTF-8 only and finds nothing it can use here; "
+                      "convert it to UTF-8 (for example iconv -f UTF-16 -t UTF-8); fmt does "
+                      "not guess an encoding");
+            return std::nullopt;
+        }
+        return bytes;
+    }
+
     std::string Display(const std::string& name) const {
         if (displayDir.empty())
             return name;
@@ -99,6 +162,63 @@ private:
         list.Add(Display(file), at, Severity::Warning, std::move(message));
     }
 
+    // A reference the library's decoder leaves as written: each way it can be malformed,
+    // named with the reference and what is handed out (the decoder's own verdict).
+    void CheckReference(const std::string& file, const LineIndex& lines, std::size_t at,
+                        std::string_view text) {
+        using Framework::Internal::ReferenceVerdict;
+        const auto reference = Framework::Internal::ReadReference(text);
+        if (reference.verdict == ReferenceVerdict::Decoded)
+            return;
+        const std::string written(text.substr(0, std::max<std::size_t>(reference.length, 1)));
+        const std::string kept = " is handed out as written";
+        std::string message;
+        switch (reference.verdict) {
+        case ReferenceVerdict::Decoded:
+            return;
+        case ReferenceVerdict::NotAReference:
+            message = "'&' starts no reference and" + kept + ": write &amp; for an ampersand";
+            break;
+        case ReferenceVerdict::UnknownName: {
+            message = "unknown entity " + Quote(written) + kept +
+                      ": only &lt; &gt; &amp; &quot; &apos; are decoded; write the character "
+                      "itself or a numeric reference such as &#160;";
+            static constexpr std::string_view names[] = {"lt", "gt", "amp", "quot", "apos"};
+            const std::string_view name = std::string_view(written).substr(1, written.size() - 2);
+            for (const auto known : names)
+                if (name.size() == known.size() && name != known &&
+                    std::is_permutation(name.begin(), name.end(), known.begin()))
+                    message = "unknown entity " + Quote(written) + kept + ": did you mean &" +
+                              std::string(known) + ";?";
+            break;
+        }
+        case ReferenceVerdict::NoDigits:
+            message =
+                "malformed character reference " + Quote(written) + " (no digits" +
+                (text.substr(0, 3) == "&#X" ? "; only a lower-case x marks hexadecimal" : "") +
+                ")" + kept;
+            break;
+        case ReferenceVerdict::NoSemicolon:
+            message = "malformed character reference " + Quote(written) +
+                      " (no semicolon after the digits)" + kept + ": write " + Quote(written + ";");
+            break;
+        case ReferenceVerdict::OutOfRange:
+            message = "character reference " + Quote(written) +
+                      " names no character (beyond U+10FFFF) and" + kept;
+            break;
+        case ReferenceVerdict::Surrogate:
+            message = "character reference " + Quote(written) +
+                      " names a surrogate, which is no character, and" + kept +
+                      ": refer to the character itself (one reference above U+FFFF)";
+            break;
+        case ReferenceVerdict::Zero:
+            message = "character reference " + Quote(written) +
+                      " names U+0000, which no text may hold, and" + kept;
+            break;
+        }
+        Warning(file, lines.At(at), message);
+    }
+
     // Backslash runs that the library decodes differently from a C-style reading, and
     // ampersands that are no entity. Decoding: "\/\/" to "//"; a backslash and n, r or t
     // becomes the control character unless another backslash stands before the pair; then
@@ -107,14 +227,7 @@ private:
                       std::string_view text) {
         for (std::size_t i = 0; i < text.size();) {
             if (text[i] == '&') {
-                static constexpr std::string_view known[] = {"&lt;",   "&gt;",   "&amp;",
-                                                             "&quot;", "&apos;", "&#"};
-                bool ok = false;
-                for (auto k : known)
-                    ok = ok || text.substr(i, k.size()) == k;
-                if (!ok)
-                    Warning(file, lines.At(offset + i),
-                            "'&' does not start an entity: write &amp; for an ampersand");
+                CheckReference(file, lines, offset + i, text.substr(i));
                 ++i;
                 continue;
             }
@@ -323,16 +436,26 @@ private:
 
     // The rows are the library's own scan; the lines as written only name what a row
     // that differs from them was meant to be.
-    void CheckKeyTable(const std::string& file, std::string_view bytes,
-                       const std::set<std::string>* knownIds) {
+    void CheckKeyTable(const std::string& file, std::string_view bytes) {
         using Framework::Internal::KeyScanEnd;
         const LineIndex index(bytes);
         const auto offsetOf = [&](std::string_view part) { return OffsetIn(bytes, part); };
         const auto lineStart = [&](std::size_t offset) {
             return Position{index.At(offset).line, 1};
         };
+        if (const char* sign = SpreadsheetExport(bytes)) {
+            // One root cause: every row would otherwise be reported on its own.
+            Error(file, {1, 1},
+                  std::string("a spreadsheet export (") + sign +
+                      "): the library reads a header row as one more key and quotes as part of "
+                      "keys and ids; write plain key,id rows without a header (fmt does not "
+                      "guess which rows were meant)");
+            return;
+        }
         if (bytes.substr(0, 3) == kByteOrderMark)
-            Error(file, {1, 1}, "byte-order mark: it becomes part of the first key");
+            Error(file, {1, 1},
+                  "byte-order mark: it becomes part of the first key; qanres fmt "
+                  "removes it");
         const KeyTableReadings readings = CompareKeyTable(bytes);
         const Framework::Internal::KeyTableScan& scan = readings.scan;
         // A written row whose key the library never reads: the lines without a comma before
@@ -352,17 +475,28 @@ private:
                               "library joins them with it into the key " +
                               Quote(row.key));
         }
+        // CR LF line ends put a carriage return at the end of every id: one finding for the
+        // file rather than one a row.
+        const auto endsInCr = [](const Framework::Internal::StringTableEntry& row) {
+            return !row.text.empty() && row.text.back() == '\r';
+        };
+        const auto crRows = std::count_if(scan.rows.begin(), scan.rows.end(), endsInCr);
+        if (crRows > 1)
+            Error(file, {1, 1},
+                  "CR LF line ends (" + std::to_string(crRows) +
+                      " rows): every id ends with a carriage return and names no string, so "
+                      "those keys answer empty texts; qanres fmt writes LF line ends");
         std::map<std::string_view, int> firstSeen;
         const Framework::Internal::StringTableEntry* previous = nullptr;
         for (const auto& row : scan.rows) {
             const std::size_t keyOffset = offsetOf(row.key);
             const std::size_t comma = keyOffset + row.key.size();
             const int lineNumber = index.At(comma).line;
-            const bool carriageReturn = !row.text.empty() && row.text.back() == '\r';
-            if (carriageReturn)
+            const bool carriageReturn = endsInCr(row);
+            if (carriageReturn && crRows == 1)
                 Error(file, index.At(comma + row.text.size()),
                       "carriage return before the line feed: it becomes part of the id, which "
-                      "then matches no string");
+                      "then matches no string; qanres fmt removes it");
             for (const std::string_view field : {row.key, row.text})
                 if (std::size_t bad = Framework::Unicode::FindInvalidUtf8(field);
                     bad != std::string_view::npos)
@@ -398,10 +532,8 @@ private:
                         "duplicate key " + Quote(row.key) +
                             ": the library uses the first, on line " + std::to_string(it->second));
             // An id with a carriage return has its error already.
-            if (knownIds && !id.empty() && !carriageReturn && !knownIds->count(std::string(id)))
-                Error(file, index.At(comma + 1),
-                      "id " + Quote(id) +
-                          " is in no string text file: the key is answered with an empty text");
+            if (!id.empty() && !carriageReturn)
+                contents.keyUses.push_back({file, index.At(comma + 1), std::string(id)});
             previous = &row;
         }
         if (scan.end == KeyScanEnd::NoLineFeed)
@@ -506,13 +638,15 @@ private:
 
     std::filesystem::path dir;
     std::string displayDir;
-    DiagnosticList list;
+    DiagnosticList& list;
+    DirectoryContents contents;
 };
 
 } // namespace
 
-DiagnosticList LintDirectory(const std::filesystem::path& dir, const std::string& displayDir) {
-    return Linter(dir, displayDir).Run();
+DirectoryContents LintFiles(const std::filesystem::path& dir, const std::string& displayDir,
+                            DiagnosticList& findings) {
+    return Linter(dir, displayDir, findings).Run();
 }
 
 } // namespace QanTool

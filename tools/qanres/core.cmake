@@ -14,6 +14,7 @@ if(NOT TARGET qanres_tool_core)
         ${dir}/KeyTable.cpp
         ${dir}/Json.cpp
         ${dir}/Lint.cpp
+        ${dir}/LintProduct.cpp
         ${dir}/Placeholders.cpp
         ${dir}/Po.cpp
         ${dir}/Pseudo.cpp
