@@ -3,6 +3,7 @@
 // and the JSON form of the same findings.
 #include "Json.h"
 #include "Lint.h"
+#include "LintChecks.h"
 
 #include "support/TempDir.h"
 
@@ -112,6 +113,18 @@ TEST(LintNames, FilesTheLibraryNeverReadsAndDirectoriesWithoutAnyAreReported) {
             "res/notes.txt: warning: unknown file: the library reads no file of this name",
             "res/tooltipheader.csv: warning: the library reads 'tooltipHeader.csv', with exactly "
             "that case, and never this file: rename it"}));
+}
+
+// The formats page lists every check that lint's help lists.
+TEST(LintChecks, TheFormatsPageDescribesEveryCheck) {
+    const std::string page = QanTest::ReadAll(QANRES_FORMATS_PAGE);
+    for (const LintCheck& check : kLintCheckList) {
+        std::string finding = check.finding;
+        for (std::size_t at = 0; (at = finding.find('|', at)) != std::string::npos; at += 2)
+            finding.replace(at, 1, "\\|");
+        EXPECT_NE(page.find(finding), std::string::npos) << finding;
+        EXPECT_NE(LintChecksHelp().find(check.finding), std::string::npos) << check.finding;
+    }
 }
 
 } // namespace
