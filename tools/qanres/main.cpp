@@ -74,6 +74,8 @@ int Run(int argc, char** argv) {
     app.require_subcommand(1);
     // Arguments are paths such as /opt/res on every system, never Windows-style options.
     app.allow_windows_style_options(false);
+    app.footer("Exit status: 0 found or clean, 1 nothing found or a fault found, 2 usage error.\n"
+               "Every check of lint, with its repair: qanres lint --help.");
     // Options such as --escape may stand after the command too.
     app.fallthrough();
 
