@@ -7,7 +7,6 @@
 #include "platform/Platform.h"
 
 #include <expat.h>
-#include <limits>
 
 namespace Framework::Internal {
 namespace {
@@ -129,8 +128,10 @@ IconMapScan ScanIconMap(std::string_view bytes, bool withSpans) {
     XML_SetElementHandler(owner.parser, OnStart, OnEnd);
     XML_SetCharacterDataHandler(owner.parser, OnText);
 
-    // expat takes int lengths; a larger file is fed in pieces.
-    constexpr std::size_t kChunk = std::numeric_limits<int>::max() / 2;
+    // Fed in pieces of a megabyte: expat copies what it is given into a buffer of its own,
+    // so a whole map at once would cost its size a second time. A streaming parser's
+    // verdict and positions do not depend on where the pieces end.
+    constexpr std::size_t kChunk = std::size_t{1} << 20;
     const char* next = bytes.empty() ? "" : bytes.data();
     std::size_t left = bytes.size();
     do {
