@@ -54,16 +54,6 @@ for dir in "${sources[@]}"; do
     done
 done
 
-# lint's model of the readers: the first byte picks the grammar (0 string text file, 1 key
-# table, 2 icon map, 3 cursor table), the rest is the file; every seed of the single-file
-# targets serves.
-for file in "$corpus"/strings_fuzz/*; do
-    case "$file" in
-    *.csv) { printf '\x01'; cat "$file"; } | seed reader_model_fuzz "$(basename "$file")" ;;
-    *) { printf '\x00'; cat "$file"; } | seed reader_model_fuzz "$(basename "$file")" ;;
-    esac
-done
-
 # A small directory whose string file holds ids the start-up file lacks, so that the
 # lazy load happens, with an override and each key table.
 for target in string_collection_fuzz lint_fmt_fuzz lint_lookup_fuzz; do
@@ -121,13 +111,6 @@ x86_64-w64-mingw32-gcc -shared -nostdlib -s -Wl,--entry=0,--no-insert-timestamp,
 printf '\x00\x02\x00\x00\x00\x05\x00\x00\x00A\0r\0r\0o\0w\0\x07\x00\x00\x00\x04\x00\x00\x00H\0a\0n\0d\0\x09\x00\x00\x00' |
     seed pe_cursor_table_fuzz table
 printf '\x00\xff\xff\xff\xff' | seed pe_cursor_table_fuzz negative-count
-
-for file in "$corpus"/icon_map_fuzz/*; do
-    { printf '\x02'; cat "$file"; } | seed reader_model_fuzz "icons-$(basename "$file")"
-done
-for file in "$corpus"/pe_cursor_table_fuzz/{table,negative-count}; do
-    { printf '\x03'; tail -c +2 "$file"; } | seed reader_model_fuzz "cursors-$(basename "$file")"
-done
 
 # Wide texts: two option bytes (menu-strip flags, null mask), then wchar_t units with
 # U+0000 between the arguments.

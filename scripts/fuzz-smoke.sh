@@ -30,7 +30,6 @@ declare -A grammars=(
     [string_collection_fuzz]="string_text key_table directory"
     [lint_fmt_fuzz]="string_text key_table icon_map directory"
     [lint_lookup_fuzz]="string_text key_table icon_map directory"
-    [reader_model_fuzz]="string_text key_table icon_map cursor_table"
     [icon_map_fuzz]="icon_map"
     [pe_cursor_table_fuzz]="cursor_table"
     [text_fuzz]="wide_text"

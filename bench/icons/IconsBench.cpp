@@ -9,10 +9,12 @@
 #include "platform/Platform.h"
 
 #include <benchmark/benchmark.h>
+#include <expat.h>
 
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 namespace {
@@ -27,21 +29,26 @@ std::wstring Key(int i) {
     return key;
 }
 
-std::filesystem::path WriteMap() {
+// The map of kEntries sorted keys; noteBytes > 0 puts a "note" element of that much text
+// after each entry, text that is no part of any map.
+std::filesystem::path WriteMap(std::int64_t noteBytes = 0) {
     const auto path = std::filesystem::temp_directory_path() / "qanres-bench-icons.map.xml";
     std::ofstream out(path, std::ios::binary);
     out << "<icons>\n";
+    const std::string note(static_cast<std::size_t>(noteBytes), 'n');
     for (int i = 0; i < kEntries; ++i) {
         const std::wstring key = Key(i);
         out << "  <map guid=\"" << std::string(key.begin(), key.end()) << "\">icon" << i
             << (i % 2 ? ".ico" : ".png.png") << "</map>\n";
+        if (noteBytes > 0)
+            out << "  <note>" << note << "</note>\n";
     }
     out << "</icons>\n";
     return path;
 }
 
 void IconMapLoad(benchmark::State& state) {
-    const auto path = WriteMap();
+    const auto path = WriteMap(state.range(0));
     for (auto _ : state) {
         std::vector<IconMapEntry> entries;
         LoadIconMap(entries, path.wstring().c_str());
@@ -50,7 +57,38 @@ void IconMapLoad(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * kEntries);
     std::filesystem::remove(path);
 }
-BENCHMARK(IconMapLoad)->Unit(benchmark::kMillisecond);
+BENCHMARK(IconMapLoad)->Arg(0)->Arg(256)->Unit(benchmark::kMillisecond);
+
+// The floor of IconMapLoad: the same file read and parsed by expat with no callbacks (the
+// loader's time over this is what its callbacks cost).
+void IconMapParseFloor(benchmark::State& state) {
+    const auto path = WriteMap(state.range(0));
+    for (auto _ : state) {
+        std::uint64_t size = 0;
+        const auto bytes =
+            Platform::CurrentPlatform().ReadFileInfoBuffer(path.wstring().c_str(), size);
+        XML_Parser parser = XML_ParserCreate(nullptr);
+        benchmark::DoNotOptimize(XML_Parse(parser, bytes.get(), static_cast<int>(size), XML_TRUE));
+        XML_ParserFree(parser);
+    }
+    state.SetItemsProcessed(state.iterations() * kEntries);
+    std::filesystem::remove(path);
+}
+BENCHMARK(IconMapParseFloor)->Arg(0)->Arg(256)->Unit(benchmark::kMillisecond);
+
+// What the tool asks for: the same reading with each entry's bytes recorded.
+void IconMapScanWithSpans(benchmark::State& state) {
+    const auto path = WriteMap();
+    std::ifstream in(path, std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(in)), {});
+    for (auto _ : state) {
+        auto scan = ScanIconMap(bytes, true);
+        benchmark::DoNotOptimize(scan.spans.data());
+    }
+    state.SetItemsProcessed(state.iterations() * kEntries);
+    std::filesystem::remove(path);
+}
+BENCHMARK(IconMapScanWithSpans)->Unit(benchmark::kMillisecond);
 
 void IconLookup(benchmark::State& state) {
     const auto path = WriteMap();

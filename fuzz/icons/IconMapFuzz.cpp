@@ -1,10 +1,13 @@
-// Fuzzes the icon map: any bytes as "icons.map.xml", then look-ups of the keys it gave
-// against icon locations that are files, folders or neither.
+// Fuzzes the icon map: any bytes as "icons.map.xml", read by the loader and by the scan
+// the tool shares, then look-ups of the keys it gave against icon locations that are
+// files, folders or neither.
 #include "FuzzPlatform.h"
 #include "base/Settings.h"
+#include "icons/IconMapScan.h"
 #include "icons/IconResourceCollection.h"
 
 #include <algorithm>
+#include <string_view>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static QanFuzz::FuzzPlatform platform;
@@ -13,6 +16,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     Framework::Internal::IconResourceCollection icons;
     Framework::Internal::LoadIconMap(icons.Entries(), L"icons.map.xml");
+
+    // The tool's reading of the same bytes: the loader's verdict and entries, each entry's
+    // bytes inside the input, and a fault within it.
+    const auto scan = Framework::Internal::ScanIconMap(
+        std::string_view(reinterpret_cast<const char*>(data), size), true);
+    const auto& loaded = icons.Entries();
+    if (scan.entries.size() != loaded.size() || scan.spans.size() != loaded.size() ||
+        scan.faultOffset > size || (!scan.Accepted() && !loaded.empty()))
+        __builtin_trap();
+    for (std::size_t i = 0; i < loaded.size(); ++i)
+        if (scan.entries[i].key != loaded[i].key ||
+            scan.entries[i].fileName != loaded[i].fileName ||
+            scan.spans[i].begin > scan.spans[i].end || scan.spans[i].end > size)
+            __builtin_trap();
 
     const auto& entries = icons.Entries();
     const bool sorted = std::is_sorted(entries.begin(), entries.end(),

@@ -29,8 +29,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         Framework::Internal::CursorResourceCollection cursors;
         cursors.LoadFromModule(module);
-        const auto table =
-            Framework::Internal::ReadCursorTable(platform.FindRawDataResource(module, 2));
+        const auto bytes = platform.FindRawDataResource(module, 2);
+        const auto table = Framework::Internal::ReadCursorTable(bytes);
+        // Where the reading stopped lies in the bytes; a complete table has no blank
+        // tail, and a name that could not be read leaves one.
+        using Stop = Framework::Internal::CursorTableStop;
+        const bool whole = table.stop == Stop::Complete || table.stop == Stop::TrailingBytes ||
+                           table.stop == Stop::NoCount;
+        const bool nameFailed = table.stop == Stop::NoNameLength || table.stop == Stop::NameTooLong;
+        if (table.stopOffset > bytes.size() || (whole && table.blankCount > 0) ||
+            (nameFailed && table.blankCount == 0) ||
+            (table.stop == Stop::NoId && (table.entries.empty() || table.entries.back().id != 0)))
+            __builtin_trap();
         (void)cursors.GetResource(L"");
         (void)cursors.GetResource(L"Arrow");
         for (std::size_t i = 0; i < table.entries.size() && i < 8; ++i) {

@@ -7,6 +7,8 @@
 //
 // Order of use: the setters (and QanResources::InjectQanCtlDependency) first, on one
 // thread, before the first look-up; optionally Preload(); then look-ups from any thread.
+// The setters and the injected loader stay start-up only: they must not run beside
+// look-ups or registrations. Legacy registration may run beside look-ups.
 // No look-up throws on a miss: a missing text is empty, a missing icon or cursor is a
 // default ResourceID.
 //
@@ -152,7 +154,13 @@ public:
     static QanStringT<wchar_t> GetLegacyGuid(QanStringViewT<char> component, int id);
 
     // Legacy registration: old components name their module and map keys to its resource
-    // ids; the look-ups above fall back to these tables. Registration belongs to start-up.
+    // ids; the look-ups above fall back to these tables. Registration may run while other
+    // threads look up, as when a plug-in loads late: each look-up sees the tables and
+    // modules as they were before or after any one registration, never part of one, and
+    // registrations from several threads take turns. A call that makes several look-ups,
+    // such as GetLegacyString, may see a registration land between two of them. A look-up
+    // that overlaps RemoveLegacyComponent may still answer with the removed module: free a
+    // module only once no look-up can still be using its answer.
 
     // Records module as the module of component, replacing an earlier one; its entries
     // answer with this handle from then on. The library never frees it.

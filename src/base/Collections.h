@@ -26,7 +26,8 @@ public:
 };
 
 // Legacy components' registrar tables: keys to (module, id) by resource type, filled by
-// the hosts' registrations.
+// the hosts' registrations. Hosts register while other threads look up: implementations
+// let a look-up see each registration whole or not at all, and serialise registrations.
 class LegacyCollection {
 public:
     virtual ~LegacyCollection() = default;

@@ -78,6 +78,39 @@ std::size_t ReadSequence(const unsigned char* p, const unsigned char* end, char3
 
 } // namespace
 
+void AppendUtf8(char32_t c, QanStringT<char>& out) {
+    if (c < 0x80) {
+        out.push_back(static_cast<char>(c));
+    } else if (c < 0x800) {
+        out.push_back(static_cast<char>(0xC0 | (c >> 6)));
+        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+    } else if (c < 0x10000) {
+        out.push_back(static_cast<char>(0xE0 | (c >> 12)));
+        out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+    } else {
+        out.push_back(static_cast<char>(0xF0 | (c >> 18)));
+        out.push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+    }
+}
+
+std::u32string DecodeScalars(QanStringViewT<char> bytes) {
+    std::u32string out;
+    out.reserve(bytes.size());
+    const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
+    const auto* end = p + bytes.size();
+    while (p < end) {
+        char32_t value = 0;
+        std::size_t consumed = 0;
+        const bool ok = ReadSequence(p, end, value, consumed) != 0;
+        out.push_back(ok ? value : kReplacementCharacter);
+        p += consumed;
+    }
+    return out;
+}
+
 std::size_t ReadUtf8Sequence(QanStringViewT<char> bytes, char32_t& value) noexcept {
     if (bytes.empty())
         return 0;
@@ -144,21 +177,7 @@ QanStringT<char> Encode(QanStringViewT<wchar_t> text) {
         }
         if (Unicode::IsSurrogate(c) || c > 0x10FFFF)
             c = kReplacementCharacter;
-        if (c < 0x80) {
-            out.push_back(static_cast<char>(c));
-        } else if (c < 0x800) {
-            out.push_back(static_cast<char>(0xC0 | (c >> 6)));
-            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-        } else if (c < 0x10000) {
-            out.push_back(static_cast<char>(0xE0 | (c >> 12)));
-            out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-        } else {
-            out.push_back(static_cast<char>(0xF0 | (c >> 18)));
-            out.push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
-            out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-        }
+        Unicode::AppendUtf8(c, out);
     }
     return out;
 }

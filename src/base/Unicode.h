@@ -7,6 +7,7 @@
 #include <framework/QanString.h>
 
 #include <cstddef>
+#include <string>
 
 namespace Framework::Unicode {
 
@@ -36,6 +37,13 @@ constexpr char32_t LowSurrogateOf(char32_t value) noexcept {
 // Appends one scalar value as wchar_t: two units where wchar_t is 16 bits wide and the
 // value is above U+FFFF, one otherwise.
 void AppendWide(char32_t value, QanStringT<wchar_t>& out);
+
+// Appends the UTF-8 form of one scalar value: AppendUtf8(U'\u00E9', s) appends "\xC3\xA9".
+void AppendUtf8(char32_t value, QanStringT<char>& out);
+
+// The scalar values of UTF-8 bytes, each ill-formed maximal subpart as one U+FFFD: the
+// characters a decoded text holds, whatever the width of wchar_t.
+std::u32string DecodeScalars(QanStringViewT<char> bytes);
 
 // Length (1 to 4) of the well-formed UTF-8 sequence that starts bytes, with its scalar
 // value; 0 when bytes is empty or starts an ill-formed sequence.

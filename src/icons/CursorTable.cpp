@@ -4,7 +4,7 @@
 
 #include "base/Unicode.h"
 
-#include <optional>
+#include <algorithm>
 #include <stdexcept>
 
 namespace Framework::Internal {
@@ -13,6 +13,9 @@ namespace {
 class ArchiveReader {
 public:
     explicit ArchiveReader(std::span<const std::byte> bytes) : bytes(bytes) {}
+
+    // The next byte to read; after a failed read, the first byte of that read.
+    std::size_t Position() const { return position; }
 
     std::optional<std::uint32_t> ReadU32() {
         if (bytes.size() - position < 4)
@@ -72,11 +75,19 @@ private:
 
 } // namespace
 
+std::optional<std::int32_t> ReadCursorCount(std::span<const std::byte> bytes) {
+    const auto stored = ArchiveReader(bytes).ReadU32();
+    if (!stored)
+        return std::nullopt;
+    return static_cast<std::int32_t>(*stored);
+}
+
 CursorTable ReadCursorTable(std::span<const std::byte> bytes) {
     ArchiveReader archive(bytes);
     // The count starts at 0 so that a failed read leaves an empty table.
     std::int32_t count = 0;
-    if (const auto stored = archive.ReadU32())
+    const auto stored = archive.ReadU32();
+    if (stored)
         count = static_cast<std::int32_t>(*stored);
 
     // Sizing the table to a negative count, widened with its sign, is the standard
@@ -87,20 +98,38 @@ CursorTable ReadCursorTable(std::span<const std::byte> bytes) {
         throw std::length_error("vector too long");
 
     CursorTable table;
+    if (!stored) {
+        table.stop = CursorTableStop::NoCount;
+        return table;
+    }
     table.blankCount = wanted;
     // Each entry read needs at least eight bytes, so the data bounds what is reserved.
     table.entries.reserve(std::min<std::size_t>(wanted, bytes.size() / 8));
     while (table.blankCount > 0) {
+        const std::size_t nameAt = archive.Position();
         auto name = archive.ReadUtf16();
-        if (!name)
-            break;
+        if (!name) {
+            table.stop = bytes.size() - nameAt < 4 ? CursorTableStop::NoNameLength
+                                                   : CursorTableStop::NameTooLong;
+            table.stopOffset = nameAt;
+            return table;
+        }
         --table.blankCount;
         CursorEntry& entry = table.entries.emplace_back();
         entry.name = std::move(*name);
+        const std::size_t idAt = archive.Position();
         const auto id = archive.ReadU32();
-        if (!id)
-            break; // the name stays, the id stays 0, and no further read is made
+        if (!id) {
+            // The name stays, the id stays 0, and no further read is made.
+            table.stop = CursorTableStop::NoId;
+            table.stopOffset = idAt;
+            return table;
+        }
         entry.id = *id;
+    }
+    if (archive.Position() < bytes.size()) {
+        table.stop = CursorTableStop::TrailingBytes;
+        table.stopOffset = archive.Position();
     }
     return table;
 }

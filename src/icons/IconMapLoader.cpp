@@ -1,102 +1,116 @@
 // IconMapLoader.cpp: reads "icons.map.xml" with expat. Only "map" elements count, at any
 // depth; one malformed "map" rejects the whole file and leaves the map as it was.
+#include "icons/IconMapScan.h"
 #include "icons/IconResourceCollection.h"
 
 #include "base/Unicode.h"
 #include "platform/Platform.h"
 
-#include <exception>
 #include <expat.h>
-#include <limits>
 
 namespace Framework::Internal {
 namespace {
-
-// Raised when the icon map cannot be read and caught by LoadIconMap itself; it never
-// reaches the service.
-class IconResourceLoadException : public std::exception {};
 
 QanStringT<wchar_t> Wide(const XML_Char* text) {
     return Utf8::Decode(text ? text : "");
 }
 
 // What the three parser callbacks share while the document is read.
-struct MapHandler {
+struct MapReader {
+    MapReader(XML_Parser parser, bool withSpans) : parser(parser), withSpans(withSpans) {}
+
+    XML_Parser parser;
+    bool withSpans;
     std::vector<IconMapEntry> entries;
     QanStringT<wchar_t> key;
     QanStringT<wchar_t> text;
+    // The start of each open "map" (more than one only under maps with an empty key).
+    std::vector<std::size_t> openMaps;
+    std::vector<IconMapSpan> spans;
+    // Where the reading stopped, once a callback rejected the map.
+    IconMapFault fault = IconMapFault::None;
+    std::size_t faultOffset = 0;
+    std::string detail;
 
-    bool StartElement(const XML_Char* name, const XML_Char** attributes) {
+    bool Rejected() const { return fault != IconMapFault::None; }
+
+    std::size_t Position() const {
+        const XML_Index at = XML_GetCurrentByteIndex(parser);
+        return at < 0 ? 0 : static_cast<std::size_t>(at);
+    }
+
+    void StartElement(const XML_Char* name, const XML_Char** attributes) {
         if (Wide(name) != L"map")
-            return true;
+            return;
         if (!key.empty())
-            return false; // a "map" inside a "map"
-        if (!attributes || !attributes[0] || attributes[2])
-            return false; // exactly one attribute
+            return Reject(IconMapFault::NestedMap, Position()); // a "map" inside a "map"
+        std::size_t count = 0;
+        while (attributes && attributes[2 * count])
+            ++count;
+        if (count != 1) // exactly one attribute
+            return Reject(IconMapFault::AttributeCount, Position(), std::to_string(count));
         if (Wide(attributes[0]) != L"guid")
-            return false;
+            return Reject(IconMapFault::AttributeName, Position(), attributes[0]);
         text.clear();
         key = Wide(attributes[1]);
-        return true;
+        openMaps.push_back(Position());
     }
 
-    bool CharacterData(const XML_Char* data, int length) {
-        // Text outside "map" elements is kept too; the next "map" start discards it.
+    void CharacterData(const XML_Char* data, int length) {
+        // Text outside every "map" is never part of a file name: the next "map" start
+        // would discard it, so it is not kept at all.
+        if (openMaps.empty())
+            return;
         Utf8::DecodeAppend(QanStringViewT<char>(data, static_cast<std::size_t>(length)), text);
-        return true;
     }
 
-    bool EndElement(const XML_Char* name) {
+    void EndElement(const XML_Char* name) {
         if (Wide(name) != L"map")
-            return true;
-        if (text.empty())
-            return false; // a "map" without a file name invalidates the file
+            return;
+        if (text.empty()) // a "map" without a file name invalidates the file
+            return Reject(IconMapFault::EmptyFileName, openMaps.back());
+        if (withSpans) {
+            // The end tag's bytes (the reference's, for a map that an entity expands to).
+            const int tag = XML_GetCurrentByteCount(parser);
+            spans.push_back(
+                {openMaps.back(), Position() + static_cast<std::size_t>(tag > 0 ? tag : 0)});
+        }
+        openMaps.pop_back();
         entries.push_back({std::move(key), std::move(text)});
         key.clear();
         text.clear();
-        return true;
     }
-};
 
-struct ParseState {
-    XML_Parser parser;
-    MapHandler handler;
-    bool rejected = false;
-
-    void Reject() {
-        if (!rejected) {
-            rejected = true;
-            XML_StopParser(parser, XML_FALSE);
-        }
+    void Reject(IconMapFault why, std::size_t at, std::string what = {}) {
+        fault = why;
+        faultOffset = at;
+        detail = std::move(what);
+        XML_StopParser(parser, XML_FALSE);
     }
 };
 
 void XMLCALL OnStart(void* user, const XML_Char* name, const XML_Char** attributes) {
-    auto* state = static_cast<ParseState*>(user);
-    if (!state->rejected && !state->handler.StartElement(name, attributes))
-        state->Reject();
+    auto* reader = static_cast<MapReader*>(user);
+    if (!reader->Rejected())
+        reader->StartElement(name, attributes);
 }
 
 void XMLCALL OnEnd(void* user, const XML_Char* name) {
-    auto* state = static_cast<ParseState*>(user);
-    if (!state->rejected && !state->handler.EndElement(name))
-        state->Reject();
+    auto* reader = static_cast<MapReader*>(user);
+    if (!reader->Rejected())
+        reader->EndElement(name);
 }
 
 void XMLCALL OnText(void* user, const XML_Char* data, int length) {
-    auto* state = static_cast<ParseState*>(user);
-    if (!state->rejected && !state->handler.CharacterData(data, length))
-        state->Reject();
+    auto* reader = static_cast<MapReader*>(user);
+    if (!reader->Rejected())
+        reader->CharacterData(data, length);
 }
 
-// The map in document order; throws IconResourceLoadException when the file is missing,
-// is not well-formed XML, or a callback rejected it.
-std::vector<IconMapEntry> ParseFile(const wchar_t* path) {
-    std::uint64_t size = 0;
-    const auto bytes = Platform::CurrentPlatform().ReadFileInfoBuffer(path, size);
-    if (!bytes)
-        throw IconResourceLoadException();
+} // namespace
 
+IconMapScan ScanIconMap(std::string_view bytes, bool withSpans) {
+    IconMapScan scan;
     struct ParserOwner {
         XML_Parser parser;
         ~ParserOwner() {
@@ -104,38 +118,55 @@ std::vector<IconMapEntry> ParseFile(const wchar_t* path) {
                 XML_ParserFree(parser);
         }
     } owner{XML_ParserCreate(nullptr)};
-    if (!owner.parser)
-        throw IconResourceLoadException();
+    if (!owner.parser) {
+        scan.fault = IconMapFault::NoParser;
+        return scan;
+    }
 
-    ParseState state{owner.parser, {}, false};
-    XML_SetUserData(owner.parser, &state);
+    MapReader reader(owner.parser, withSpans);
+    XML_SetUserData(owner.parser, &reader);
     XML_SetElementHandler(owner.parser, OnStart, OnEnd);
     XML_SetCharacterDataHandler(owner.parser, OnText);
 
-    // expat takes int lengths; a larger file is fed in pieces.
-    constexpr std::uint64_t kChunk = std::numeric_limits<int>::max() / 2;
-    const char* next = bytes.get();
-    std::uint64_t left = size;
+    // Fed in pieces of a megabyte: expat copies what it is given into a buffer of its own,
+    // so a whole map at once would cost its size a second time. A streaming parser's
+    // verdict and positions do not depend on where the pieces end.
+    constexpr std::size_t kChunk = std::size_t{1} << 20;
+    const char* next = bytes.empty() ? "" : bytes.data();
+    std::size_t left = bytes.size();
     do {
-        const std::uint64_t piece = left < kChunk ? left : kChunk;
+        const std::size_t piece = left < kChunk ? left : kChunk;
         left -= piece;
         const XML_Bool last = left == 0 ? XML_TRUE : XML_FALSE;
         if (XML_Parse(owner.parser, next, static_cast<int>(piece), last) != XML_STATUS_OK ||
-            state.rejected)
-            throw IconResourceLoadException();
+            reader.Rejected()) {
+            if (reader.Rejected()) {
+                scan.fault = reader.fault;
+                scan.faultOffset = reader.faultOffset;
+                scan.detail = std::move(reader.detail);
+            } else {
+                scan.fault = IconMapFault::MalformedXml;
+                scan.faultOffset = reader.Position();
+                scan.detail = XML_ErrorString(XML_GetErrorCode(owner.parser));
+            }
+            return scan;
+        }
         next += piece;
     } while (left > 0);
-    return std::move(state.handler.entries);
+    scan.entries = std::move(reader.entries);
+    scan.spans = std::move(reader.spans);
+    return scan;
 }
 
-} // namespace
-
 void LoadIconMap(std::vector<IconMapEntry>& entries, const wchar_t* path) {
-    // The loader reports its failure to itself: a bad map is the same as no map.
-    try {
-        entries = ParseFile(path);
-    } catch (const IconResourceLoadException&) {
-    }
+    // A missing or unreadable file is the same as a rejected map: entries stay as they are.
+    std::uint64_t size = 0;
+    const auto bytes = Platform::CurrentPlatform().ReadFileInfoBuffer(path, size);
+    if (!bytes)
+        return;
+    IconMapScan scan = ScanIconMap(std::string_view(bytes.get(), static_cast<std::size_t>(size)));
+    if (scan.Accepted())
+        entries = std::move(scan.entries);
 }
 
 } // namespace Framework::Internal

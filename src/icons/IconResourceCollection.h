@@ -2,16 +2,12 @@
 #pragma once
 
 #include "base/Collections.h"
+#include "icons/IconMapScan.h"
 
 #include <memory>
 #include <vector>
 
 namespace Framework::Internal {
-
-struct IconMapEntry {
-    QanStringT<wchar_t> key;
-    QanStringT<wchar_t> fileName;
-};
 
 class IconResourceCollection final : public IdCollection {
 public:
@@ -27,8 +23,8 @@ private:
     std::unique_ptr<std::vector<IconMapEntry>> entries;
 };
 
-// Replaces entries with the map read from path; a missing or malformed file leaves
-// entries as they were. Never throws its own failure.
+// Replaces entries with the map read from path (through ScanIconMap); a missing file or
+// a rejected map leaves entries as they were.
 void LoadIconMap(std::vector<IconMapEntry>& entries, const wchar_t* path);
 
 // The platform's own icon collection: always empty, and still asked by GetIcon.

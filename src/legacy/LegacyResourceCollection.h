@@ -4,15 +4,22 @@
 
 #include "base/Collections.h"
 
+#include <atomic>
 #include <memory>
 
 namespace Framework::Internal {
 
+// Look-ups may run on any number of threads while one registers: each look-up reads one
+// published state of the tables and modules, from before or after any registration, and
+// takes no lock. Registrations take turns on a lock of their own, and free each replaced
+// state as soon as no look-up reads it.
 class LegacyResourceCollection final : public LegacyCollection {
 public:
     LegacyResourceCollection();
     // Never frees a module: hosts own theirs, and stock-icon modules stay loaded.
     ~LegacyResourceCollection() override;
+    LegacyResourceCollection(const LegacyResourceCollection&) = delete;
+    LegacyResourceCollection& operator=(const LegacyResourceCollection&) = delete;
 
     std::optional<Resources::ResourceID> GetResource(const QanStringT<wchar_t>& key,
                                                      Resources::ResourceType type) const override;
@@ -26,8 +33,12 @@ public:
     void AddStockIcon(int stockIconId, const wchar_t* key);
 
 private:
-    struct Tables;
-    std::unique_ptr<Tables> tables;
+    struct Snapshot;
+    struct Registry;
+    // What look-ups read: the latest published snapshot, never null.
+    std::atomic<const Snapshot*> current;
+    // What registrations write, under its lock; owns the snapshots.
+    std::unique_ptr<Registry> registry;
 };
 
 } // namespace Framework::Internal

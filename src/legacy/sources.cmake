@@ -1,7 +1,8 @@
 target_sources(QanResourcesObjects PRIVATE
     legacy/LegacyGuidIndex.cpp
     legacy/LegacyResourceCollection.cpp
-    legacy/LegacyStringLookup.cpp)
+    legacy/LegacyStringLookup.cpp
+    legacy/SnapshotReaders.cpp)
 
 # The compiled-in legacy GUID table is generated from the data file at build time, into
 # the build tree, by a CMake script so that native and cross builds make it the same way.

@@ -3,11 +3,10 @@
 #include "platform/MappedModule.h"
 
 #include "platform/PeResources.h"
+#include "platform/PosixFile.h"
 
-#include <fcntl.h>
 #include <new>
 #include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Framework::Platform {
@@ -30,16 +29,16 @@ MappedModule* FromHandle(HINSTANCE module) {
 HINSTANCE OpenMappedModule(const QanStringT<char>& path) {
     if (path.empty())
         return nullptr;
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    // A module file is no larger than the limit for any file the library reads; a PE
+    // image cannot be larger than 4 GiB in any case.
+    std::uint64_t length = 0;
+    const int fd = OpenResourceFile(path.c_str(), length);
     if (fd < 0)
         return nullptr;
-    struct stat info {};
     void* base = MAP_FAILED;
-    std::size_t size = 0;
-    if (::fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0) {
-        size = static_cast<std::size_t>(info.st_size);
+    const auto size = static_cast<std::size_t>(length);
+    if (size > 0)
         base = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, fd, 0);
-    }
     ::close(fd); // the mapping keeps the file's bytes alive on its own
     if (base == MAP_FAILED)
         return nullptr;

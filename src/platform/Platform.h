@@ -19,12 +19,24 @@ struct StockIconLocation {
     int iconIndex = 0;
 };
 
+// The largest file the library reads whole or maps as a module: 4 GiB - 1 bytes, so that
+// every offset into a resource file fits 32 bits, as it must in a module's own headers.
+// Real resource files are a few megabytes. A larger file (a damaged or sparse one) is
+// refused from its size alone, before anything is allocated, the way an unreadable file
+// is, instead of asking for an allocation the process cannot make.
+inline constexpr std::uint64_t kMaxFileSize = 0xFFFF'FFFFu;
+// The buffer holds one byte more than the file, and the tables measure views into it and
+// distances within it in std::size_t and std::ptrdiff_t.
+static_assert(kMaxFileSize < static_cast<std::uint64_t>(PTRDIFF_MAX));
+
 class IPlatform {
 public:
     virtual ~IPlatform() = default;
 
-    // The whole file as one owned buffer, or null when it cannot be read (missing,
-    // a folder, no permission). size receives the byte count of a read file.
+    // The whole file as one owned buffer, or null when it cannot be read (missing, no
+    // permission, no regular file such as a folder, a FIFO or a device, or larger than
+    // kMaxFileSize). size receives the byte count of a read file, 0 otherwise. Never
+    // waits on the file: what is no regular file is refused without being read.
     virtual std::unique_ptr<char[]> ReadFileInfoBuffer(const wchar_t* path,
                                                        std::uint64_t& size) const = 0;
     virtual bool Exists(const QanStringT<wchar_t>& path) const = 0;

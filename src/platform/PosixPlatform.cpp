@@ -2,6 +2,7 @@
 #include "base/Unicode.h"
 #include "platform/MappedModule.h"
 #include "platform/Platform.h"
+#include "platform/PosixFile.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -54,33 +55,33 @@ public:
         size = 0;
         if (!path || !*path)
             return nullptr;
-        const int fd = ::open(Utf8::Encode(path).c_str(), O_RDONLY | O_CLOEXEC);
+        std::uint64_t length = 0;
+        const int fd = OpenResourceFile(Utf8::Encode(path).c_str(), length);
         if (fd < 0)
             return nullptr;
-        std::unique_ptr<char[]> buffer;
-        struct stat info {};
-        if (::fstat(fd, &info) == 0 && S_ISREG(info.st_mode)) {
-            const auto length = static_cast<std::uint64_t>(info.st_size);
-            // One byte more than the file so that even an empty file yields a buffer.
-            buffer.reset(new char[length + 1]);
-            PreferLargePages(buffer.get(), length + 1);
-            std::uint64_t done = 0;
-            while (done < length) {
-                const ssize_t got = ::read(fd, buffer.get() + done, length - done);
-                if (got < 0 && errno == EINTR)
-                    continue;
-                if (got <= 0)
-                    break;
-                done += static_cast<std::uint64_t>(got);
-            }
-            if (done == length) {
-                buffer[length] = '\0';
-                size = length;
-            } else {
-                buffer.reset();
-            }
+        // Closed on every way out, an allocation failure included.
+        const struct Closer {
+            int fd;
+            ~Closer() { ::close(fd); }
+        } closer{fd};
+        // One byte more than the file so that even an empty file yields a buffer. A file
+        // within the limit that still cannot be held is a real shortage of memory, and the
+        // allocation failure is the caller's to see.
+        std::unique_ptr<char[]> buffer(new char[length + 1]);
+        PreferLargePages(buffer.get(), length + 1);
+        std::uint64_t done = 0;
+        while (done < length) {
+            const ssize_t got = ::read(closer.fd, buffer.get() + done, length - done);
+            if (got < 0 && errno == EINTR)
+                continue;
+            if (got <= 0)
+                break;
+            done += static_cast<std::uint64_t>(got);
         }
-        ::close(fd);
+        if (done != length)
+            return nullptr; // the file shrank or failed while it was read
+        buffer[length] = '\0';
+        size = length;
         return buffer;
     }
 

@@ -22,6 +22,20 @@ DWORD Attributes(const QanStringT<wchar_t>& path) {
     return ::GetFileAttributesW(path.c_str());
 }
 
+// Whether an opened handle is a file on a disk, not a folder, and of at most kMaxFileSize
+// bytes (size then receives its size). Checked on the handle that is then read, before
+// anything is allocated: a pipe, a console or another device is refused unread, as a
+// missing file is, so that a read never waits on it.
+bool IsResourceFile(HANDLE file, std::uint64_t& size) {
+    BY_HANDLE_FILE_INFORMATION info{};
+    if (::GetFileType(file) != FILE_TYPE_DISK || !::GetFileInformationByHandle(file, &info))
+        return false;
+    if (info.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE))
+        return false;
+    size = std::uint64_t{info.nFileSizeHigh} << 32 | info.nFileSizeLow;
+    return size <= kMaxFileSize;
+}
+
 class WindowsPlatform final : public IPlatform {
 public:
     std::unique_ptr<char[]> ReadFileInfoBuffer(const wchar_t* path,
@@ -33,29 +47,30 @@ public:
                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
         if (file == INVALID_HANDLE_VALUE)
             return nullptr;
-        std::unique_ptr<char[]> buffer;
-        LARGE_INTEGER length{};
-        if (::GetFileSizeEx(file, &length) && length.QuadPart >= 0) {
-            const auto total = static_cast<std::uint64_t>(length.QuadPart);
-            // One byte more than the file so that even an empty file yields a buffer.
-            buffer.reset(new char[total + 1]);
-            std::uint64_t done = 0;
-            while (done < total) {
-                const DWORD chunk =
-                    static_cast<DWORD>(std::min<std::uint64_t>(total - done, 1u << 30));
-                DWORD got = 0;
-                if (!::ReadFile(file, buffer.get() + done, chunk, &got, nullptr) || got == 0)
-                    break;
-                done += got;
-            }
-            if (done == total) {
-                buffer[total] = '\0';
-                size = total;
-            } else {
-                buffer.reset();
-            }
+        // Closed on every way out, an allocation failure included.
+        const struct Closer {
+            HANDLE file;
+            ~Closer() { ::CloseHandle(file); }
+        } closer{file};
+        std::uint64_t total = 0;
+        if (!IsResourceFile(file, total))
+            return nullptr;
+        // One byte more than the file so that even an empty file yields a buffer. A file
+        // within the limit that still cannot be held is a real shortage of memory, and the
+        // allocation failure is the caller's to see.
+        std::unique_ptr<char[]> buffer(new char[total + 1]);
+        std::uint64_t done = 0;
+        while (done < total) {
+            const DWORD chunk = static_cast<DWORD>(std::min<std::uint64_t>(total - done, 1u << 30));
+            DWORD got = 0;
+            if (!::ReadFile(file, buffer.get() + done, chunk, &got, nullptr) || got == 0)
+                break;
+            done += got;
         }
-        ::CloseHandle(file);
+        if (done != total)
+            return nullptr; // the file shrank or failed while it was read
+        buffer[total] = '\0';
+        size = total;
         return buffer;
     }
 

@@ -9,18 +9,13 @@
 
 namespace Framework::Internal {
 
-void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path) {
-    std::uint64_t size = 0;
-    std::unique_ptr<char[]> data =
-        Platform::CurrentPlatform().ReadFileInfoBuffer(path.c_str(), size);
-    // An unreadable file keeps the rows the table had, with the buffer they point into.
-    if (!data)
-        return;
-
-    const char* const start = data.get();
-    const char* const end = start + size;
+KeyTableScan ScanKeyTable(std::string_view bytes) {
+    KeyTableScan scan;
+    const char* const start = bytes.data();
+    const char* const end = start + bytes.size();
+    // The rows are gathered in a local vector and handed over at the end.
     std::vector<StringTableEntry> rows;
-    rows.reserve(size / 74 + 100);
+    rows.reserve(bytes.size() / 74 + 100);
 
     // Two states: the key runs to the first comma, the id to the next line feed. The key
     // search looks past line feeds, so a line without a comma joins the next line's key;
@@ -31,8 +26,13 @@ void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path) {
     const char* pos = start;
     while (pos < end) {
         const char* const found = FindByte(pos, readingKey ? ',' : '\n', end - pos);
-        if (!found)
-            break; // a key without its id, or a last line without a line feed, is dropped
+        if (!found) {
+            // A key without its id, or a last line without a line feed, is dropped; why is
+            // noted here, once, so that a row costs nothing more.
+            scan.end = readingKey ? KeyScanEnd::KeyWithoutId : KeyScanEnd::NoLineFeed;
+            scan.droppedOffset = static_cast<std::size_t>((readingKey ? pos : key.data()) - start);
+            break;
+        }
         const QanStringViewT<char> field(pos, static_cast<std::size_t>(found - pos));
         if (readingKey)
             key = field;
@@ -41,8 +41,20 @@ void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path) {
         pos = found + 1;
         readingKey = !readingKey;
     }
+    scan.rows = std::move(rows);
+    return scan;
+}
 
-    table.entries = std::move(rows);
+void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path) {
+    std::uint64_t size = 0;
+    std::unique_ptr<char[]> data =
+        Platform::CurrentPlatform().ReadFileInfoBuffer(path.c_str(), size);
+    // An unreadable file keeps the rows the table had, with the buffer they point into.
+    if (!data)
+        return;
+
+    KeyTableScan scan = ScanKeyTable(std::string_view(data.get(), static_cast<std::size_t>(size)));
+    table.entries = std::move(scan.rows);
     table.buffer = std::move(data);
 }
 

@@ -1,5 +1,5 @@
 // The cursor table: read from the platform icon library beside the program, from damaged
-// resource bytes, and as the tools' writer and strict reader see it.
+// resource bytes, and written as the tools write it.
 #include "icons/CursorTable.h"
 #include "CursorTableWriter.h"
 #include "icons/CursorResourceCollection.h"
@@ -21,6 +21,11 @@ std::vector<std::byte> Archive(std::vector<std::uint32_t> words) { // little-end
     return {bytes.begin(), bytes.end()};
 }
 
+std::vector<std::byte> Less(std::vector<std::byte> bytes, std::size_t drop) {
+    bytes.resize(bytes.size() - drop);
+    return bytes;
+}
+
 TEST(CursorTable, ServiceReadsTheLibraryBesideTheProgram) {
     const HINSTANCE module = Resources::GetCursor(L"Arrow").module;
     ASSERT_NE(module, nullptr);
@@ -35,9 +40,9 @@ TEST(CursorTable, ServiceReadsTheLibraryBesideTheProgram) {
     }
 }
 
-// Tables as the tools write them, and damaged ones: reads stop at the first failure,
-// and a count costs no memory until entries are read.
-TEST(CursorTable, ReadsStopAtTheFirstFailureAndToolsAgree) {
+// Tables as the tools write them, and damaged ones: reads stop at the first failure, which
+// the table names with its first byte, and a count costs no memory until entries are read.
+TEST(CursorTable, ReadsStopAtTheFirstFailureAndSayWhere) {
     // A surrogate pair, then a lone high and a lone low surrogate: unchanged where wchar_t
     // is 16-bit, else decoded with the lone ones replaced.
     const std::u16string odd{u'x', 0xD83D, 0xDDB1, 0xD800, u'y', 0xDC00};
@@ -45,37 +50,67 @@ TEST(CursorTable, ReadsStopAtTheFirstFailureAndToolsAgree) {
         sizeof(wchar_t) == 2 ? std::wstring(odd.begin(), odd.end()) : L"x\U0001F5B1\uFFFDy\uFFFD";
     const QanTool::CursorTable::Entry entries[] = {{u"", 1}, {odd, 0xFFFFFFFF}};
     const auto written = QanTool::CursorTable::Write(entries);
-    // Bytes, the table size they give, the entries read in full, and what is wrong;
-    // 0x610041 is "Aa" as two UTF-16 units.
+    auto withTail = written;
+    withTail.push_back(std::byte{0});
+    // Bytes, the table size they give, the entries read in full, why and where the reading
+    // stopped, and what is wrong; 0x610041 is "Aa" as two UTF-16 units.
     using Pairs = std::vector<std::pair<std::wstring, std::uint32_t>>;
-    const std::tuple<std::vector<std::byte>, std::uint64_t, Pairs, const char*> rows[] = {
-        {written, 2, {{L"", 1}, {wide, 0xFFFFFFFF}}, "intact, as the tools write it"},
-        {{}, 0, {}, "no bytes"},
-        {{std::byte{1}, std::byte{0}, std::byte{0}}, 0, {}, "part of a count"},
-        {Archive({0}), 0, {}, "count 0"},
-        {Archive({3, 2, 0x610041, 5, 100, 'B'}), 3, {{L"Aa", 5}}, "second name cut short"},
-        {Archive({1, 2, 0x610041}), 1, {{L"Aa", 0}}, "name without its id"},
-        {Archive({2, 0xFFFFFFFF, 0x610041}), 2, {}, "name length -1"},
-        {Archive({2, 0x80000000, 0x610041}), 2, {}, "name length 2^31"},
-        {Archive({0x7FFFFFFF, 2, 0x610041, 9}), 0x7FFFFFFF, {{L"Aa", 9}}, "largest count"},
-    };
-    for (const auto& [bytes, size, read, what] : rows) {
+    using S = CursorTableStop;
+    const std::tuple<std::vector<std::byte>, std::uint64_t, Pairs, S, std::size_t, const char*>
+        rows[] = {
+            {written, 2, {{L"", 1}, {wide, 0xFFFFFFFF}}, S::Complete, 0, "as the tools write it"},
+            {withTail,
+             2,
+             {{L"", 1}, {wide, 0xFFFFFFFF}},
+             S::TrailingBytes,
+             written.size(),
+             "one byte more"},
+            {{}, 0, {}, S::NoCount, 0, "no bytes"},
+            {{std::byte{1}, std::byte{0}, std::byte{0}}, 0, {}, S::NoCount, 0, "part of a count"},
+            {Archive({0}), 0, {}, S::Complete, 0, "count 0"},
+            {Archive({0, 7}), 0, {}, S::TrailingBytes, 4, "count 0 and more"},
+            {Archive({3, 2, 0x610041, 5, 100, 'B'}),
+             3,
+             {{L"Aa", 5}},
+             S::NameTooLong,
+             16,
+             "second name cut short"},
+            {Archive({1, 2, 0x610041}), 1, {{L"Aa", 0}}, S::NoId, 12, "name without its id"},
+            {Less(Archive({2, 2, 0x610041, 3, 1}), 2),
+             2,
+             {{L"Aa", 3}},
+             S::NoNameLength,
+             16,
+             "half a name length"},
+            {Archive({2, 0xFFFFFFFF, 0x610041}), 2, {}, S::NameTooLong, 4, "name length -1"},
+            {Archive({2, 0x80000000, 0x610041}), 2, {}, S::NameTooLong, 4, "name length 2^31"},
+            {Archive({0x7FFFFFFF, 2, 0x610041, 9}),
+             0x7FFFFFFF,
+             {{L"Aa", 9}},
+             S::NoNameLength,
+             16,
+             "largest count"},
+        };
+    for (const auto& [bytes, size, read, stop, at, what] : rows) {
         const auto table = ReadCursorTable(bytes);
         Pairs got;
         for (const auto& entry : table.entries)
             got.emplace_back(entry.name, entry.id);
         EXPECT_TRUE(table.Size() == size && got == read) << what;
+        EXPECT_TRUE(table.stop == stop && table.stopOffset == at)
+            << what << ": stop " << static_cast<int>(table.stop) << " at " << table.stopOffset;
+        EXPECT_EQ(ReadCursorCount(bytes).value_or(0), static_cast<std::int32_t>(size)) << what;
     }
-    for (std::uint32_t count : {0xFFFFFFFFu, 0x80000000u})
+    // Kept as the vector's own refusal: it is meant to end the service's construction.
+    for (std::uint32_t count : {0xFFFFFFFFu, 0x80000000u}) {
         EXPECT_THAT([&] { ReadCursorTable(Archive({count})); },
                     testing::ThrowsMessage<std::length_error>(testing::StrEq("vector too long")));
+        EXPECT_EQ(ReadCursorCount(Archive({count})), static_cast<std::int32_t>(count));
+    }
 
-    // The tools' strict reader, and their resource script once its numbers are put back
-    // together as the resource compiler does ("L" is 32-bit, the others 16-bit).
+    // The tools' resource script, once its numbers are put back together as the resource
+    // compiler does ("L" is 32-bit, the others 16-bit).
     using namespace QanTool::CursorTable;
-    const auto strict = Read(written);
-    EXPECT_TRUE(strict.status == ReadStatus::Complete && strict.storedCount == 2 &&
-                std::ranges::equal(strict.entries, entries));
     const std::string script = WriteRcScript(entries);
     ASSERT_NE(script.find("\n2 RCDATA"), std::string::npos);
     std::vector<std::byte> numbers;

@@ -56,6 +56,84 @@ TEST(IconMap, GrammarKeepsWhatMapsSayAndAnyFaultRejectsTheFile) {
     }
 }
 
+// The reading the tool shares: a rejected map says why and from where (marked by the text
+// that starts there); an accepted one gives the bytes of each entry's element in entry
+// order. Loading asks for no spans and gets the same verdict and entries.
+TEST(IconMap, ScanNamesTheFaultAndWhereEachEntryStands) {
+    using F = IconMapFault;
+    struct Row {
+        std::string xml;
+        F fault;
+        const char* at; // the fault's position, or the elements of the entries
+        const char* detail;
+        std::vector<const char*> elements = {};
+    };
+    const Row rows[] = {
+        {"\xEF\xBB\xBF<r>\n  <map guid=\"b\">b.ico</map>\n<g><map guid=\"a\">a.ico</map></g></r>",
+         F::None,
+         "",
+         "",
+         {"<map guid=\"b\">b.ico</map>", "<map guid=\"a\">a.ico</map>"}},
+        // Inner entries come first, so an entry's bytes may hold another entry.
+        {"<r><map guid=\"\"><map guid=\"b\">y</map>x</map></r>",
+         F::None,
+         "",
+         "",
+         {"<map guid=\"b\">y</map>", "<map guid=\"\"><map guid=\"b\">y</map>x</map>"}},
+        // A map that an entity expands to stands at the entity's reference.
+        {"<!DOCTYPE r [<!ENTITY e \"<map guid='k'>k.ico</map>\">]><r>&e;</r>",
+         F::None,
+         "",
+         "",
+         {"&e;"}},
+        {"<r><map guid=\"a\">a</map><map guid=\"b\"><map guid=\"c\">c</map>b</map></r>",
+         F::NestedMap, "<map guid=\"c\">", ""},
+        {"<r><map guid=\"a\">a.ico</map>\n<map guid=\"b\"><i>\n</i></map></r>",
+         F::None,
+         "",
+         "",
+         {"<map guid=\"a\">a.ico</map>", "<map guid=\"b\"><i>\n</i></map>"}},
+        {"<r><map guid=\"a\">a.ico</map><map guid=\"b\"><i/></map></r>", F::EmptyFileName,
+         "<map guid=\"b\">", ""},
+        {"<r><map id=\"a\">a.ico</map></r>", F::AttributeName, "<map id", "id"},
+        {"<r><map guid=\"a\" size=\"16\">a.ico</map></r>", F::AttributeCount, "<map guid", "2"},
+        {"<r>\n<map>a.ico</map></r>", F::AttributeCount, "<map>", "0"},
+        {"<r><map guid=\"a\">a.ico</map>", F::MalformedXml, "", "no element found"},
+        {"", F::MalformedXml, "", "no element found"},
+        {"<r><map guid=\"a\">&bogus;</map></r>", F::MalformedXml, "&bogus;", "undefined entity"},
+        {"<r><map guid=\"a\" guid=\"b\">x</map></r>", F::MalformedXml, "guid=\"b\"",
+         "duplicate attribute"},
+        {"<r><map guid=\"a\">\xFF</map></r>", F::MalformedXml, "\xFF",
+         "not well-formed (invalid token)"},
+        {"<r/>\n<map guid=\"a\">a.ico</map>", F::MalformedXml, "<map",
+         "junk after document element"},
+    };
+    for (const auto& row : rows) {
+        const IconMapScan scan = ScanIconMap(row.xml, true);
+        const IconMapScan plain = ScanIconMap(row.xml);
+        EXPECT_TRUE(plain.fault == scan.fault && plain.spans.empty() &&
+                    plain.entries.size() == scan.entries.size())
+            << row.xml;
+        EXPECT_EQ(scan.fault, row.fault) << row.xml;
+        EXPECT_EQ(scan.detail, row.detail) << row.xml;
+        if (row.fault != F::None) {
+            // An empty mark: the parser stopped at the end of the bytes.
+            const std::size_t at = *row.at ? row.xml.find(row.at) : row.xml.size();
+            EXPECT_EQ(scan.faultOffset, at) << row.xml;
+            EXPECT_TRUE(scan.entries.empty()) << row.xml;
+            continue;
+        }
+        std::vector<std::string> elements;
+        for (const auto& span : scan.spans)
+            elements.push_back(span.begin <= span.end && span.end <= row.xml.size()
+                                   ? row.xml.substr(span.begin, span.end - span.begin)
+                                   : "out of bounds");
+        EXPECT_EQ(elements, std::vector<std::string>(row.elements.begin(), row.elements.end()))
+            << row.xml;
+        EXPECT_EQ(scan.entries.size(), row.elements.size()) << row.xml;
+    }
+}
+
 // Through the service, which reads the map from the resource directory: the keys are the
 // names themselves, "" names e.ico, and "dup" is listed twice.
 TEST(IconMap, PathsFollowTheLocationKindAndTheKeyPrefix) {

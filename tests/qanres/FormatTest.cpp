@@ -27,14 +27,28 @@ TEST(Format, RepairsEveryFileFormAndRefusesWhatNeedsAGuess) {
          "a,0\nb,2\nb,1\nc,3\n", true},
         {keys, "k ,x,y\n a,b\n", " a,b\nk ,x,y\n", true},
         {keys, "a,1\nlonely\nb,2\n", "2:1: line without", false},
-        // The header alone on lines 1 and 2, elements sorted with their comments, "/>"
-        // written out and the space before ">" removed; a formatted file stays as it is.
+        // The header alone on lines 1 and 2, elements sorted with their comments; an
+        // element on line 2, which the library never reads, moved out with its "/>" and the
+        // space before ">" repaired; a text the library reads keeps its carriage return; a
+        // formatted file stays as it is.
         {text,
-         "<?xml version=\"1.0\"?>\r\n<strings><s id=\"B\">Bee</s>\r\n"
-         "  <s id=\"A\" >Ay\r\nmore</s>\r\n  <!-- keep me -->\r\n  <s id=\"C\"/>\r\n</strings>",
-         "<?xml version=\"1.0\"?>\n<strings>\n<s id=\"A\">Ay\nmore</s>\n  <s id=\"B\">Bee</s>\n"
-         "  <!-- keep me -->\n  <s id=\"C\"></s>\n</strings>\n",
+         "<?xml version=\"1.0\"?>\r\n<strings><s id=\"C\" />\r\n  <s id=\"B\">Bee</s>\r\n"
+         "  <!-- keep me -->\r\n  <s id=\"A\">Ay\r\nmore</s>\r\n</strings>",
+         "<?xml version=\"1.0\"?>\n<strings>\n<!-- keep me -->\n  <s id=\"A\">Ay\r\nmore</s>\n"
+         "  <s id=\"B\">Bee</s>\n  <s id=\"C\"></s>\n</strings>\n",
          true},
+        // Elements the library reads otherwise than written are refused, not rewritten: a
+        // rewrite would change the text or the id a host gets today.
+        {text, "<?xml?>\n<r>\n<s id=\"A\" >x</s>\n</r>\n",
+         "3:1: the library reads the text of 'A' as '>x', not 'x'", false},
+        {text, "<?xml?>\n<r>\n<s id=\"B\">b</s>\n<s id=\"A\"/>\n</r>\n",
+         "4:1: the library reads the text of 'A' as '>\\x0A'", false},
+        {text, "<?xml?>\n<r>\n<s id='a\"b' x=\"A\">T</s>\n</r>\n",
+         "3:1: the library reads no string 'A' here", false},
+        {text, "<?xml?>\n<r lang=\"en\">\n<s id=\"A\">a</s>\n</r>\n", "",
+         true}, // the quotes of lines 1 and 2 are not read
+        {text, "<?xml?>\n\n<r lang=\"en\">\n<s id=\"A\">a</s>\n</r>\n",
+         "3:9: the library reads the quoted value 'en' here as a string id", false},
         {text,
          "<?xml version=\"1.0\"?>\n<strings>\n  <s id=\"A\">a</s>\n  <s id=\"A\">second A</s>\n"
          "  <s id=\"B\"></s>\n</strings>\n",
@@ -72,7 +86,25 @@ TEST(Format, RepairsEveryFileFormAndRefusesWhatNeedsAGuess) {
          true},
         {map, "<i><map guid=\"a\"></map></i>", "without a file name", false},
         {map, "<i><g><map guid=\"b\">b</map></g><map guid=\"a\">a</map></i>",
-         "not all children of the root", false}};
+         "1:28: the \"map\" elements are not siblings", false},
+        // The library's verdict decides: what it rejects is refused where it stopped, and
+        // entries it reads from one element or an entity's text are not moved.
+        {map, "<icons><map guid=\"K\">k.ico</map><1bad/></icons>", "1:34: not well-formed XML",
+         false},
+        {map, "<i>\n<map guid=\"\"><map guid=\"b\">b</map>x</map>\n</i>",
+         "2:1: the \"map\" elements are not siblings", false},
+        {map,
+         "<!DOCTYPE i [<!ENTITY e \"<map guid='b'>b</map>\">]>\n<i>&e;<map guid=\"a\">a</map></i>",
+         "2:4: the \"map\" elements are not siblings", false},
+        // Sorted maps stay as they are at any depth; a byte-order mark, the prolog and the
+        // text before the first entry stay in front.
+        {map, "<i><g><map guid=\"a\">a</map><map guid=\"b\">b</map></g></i>\n", "", true},
+        {map,
+         "\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<i>note\n<map guid=\"b\">b</map> "
+         "<!-- a --> <map guid=\"a\">a</map></i>",
+         "\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<i>note <!-- a --> <map guid=\"a\">a</map>\n"
+         "<map guid=\"b\">b</map></i>\n",
+         true}};
     for (const auto& [format, in, expected, repaired] : rows) {
         std::string out, reason;
         EXPECT_EQ(format(in, out, reason), repaired) << in << "\ngave: " << out << reason;

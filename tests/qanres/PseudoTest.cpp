@@ -1,8 +1,8 @@
 // PseudoTest.cpp: pseudo-localised texts keep every part that the library or a host
 // interprets, change every other letter, grow by the requested share and still store.
 #include "Pseudo.h"
-#include "CodePoints.h"
 #include "StoredText.h"
+#include "base/Unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ struct Row {
 };
 
 std::size_t Length(const std::string& utf8) {
-    return QanTool::ToCodePoints(utf8).size();
+    return Framework::Unicode::DecodeScalars(utf8).size();
 }
 
 std::size_t AsciiLetters(std::string_view s) {

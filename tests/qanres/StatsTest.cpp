@@ -58,9 +58,9 @@ TEST(TextFeatures, WhatATranslationMustKeep) {
 
 // English is complete; German lacks one text, leaves one as English and breaks a
 // placeholder; a caption key names an id that no language has.
-class Product : public ::testing::Test {
+class TwoLanguages : public ::testing::Test {
 protected:
-    Product() {
+    TwoLanguages() {
         const char* head = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<strings>\n";
         en.Write("strings.xml", std::string(head) + "<s id=\"CAP_OPEN\">&amp;Open</s>\n"
                                                     "<s id=\"CAP_SAVE\">&amp;Save</s>\n"
@@ -76,7 +76,7 @@ protected:
     QanTest::TempDir en, de, res;
 };
 
-TEST_F(Product, StatsCountAnsweredMissingAndIdenticalKeysPerKind) {
+TEST_F(TwoLanguages, StatsCountAnsweredMissingAndIdenticalKeysPerKind) {
     const auto stats = ComputeStats(ReadKeyTables(res.Path()),
                                     {ReadLanguage(en.Path(), "en"), ReadLanguage(de.Path(), "de")});
     ASSERT_EQ(stats.size(), 2u);
@@ -92,7 +92,7 @@ TEST_F(Product, StatsCountAnsweredMissingAndIdenticalKeysPerKind) {
     EXPECT_EQ(counts(stats[1].kinds[3]), (std::vector<std::size_t>{0, 0, 0, 0}));
 }
 
-TEST_F(Product, CompareListsTheSameFindingsAsTextAndAsJson) {
+TEST_F(TwoLanguages, CompareListsTheSameFindingsAsTextAndAsJson) {
     const auto comparison = Compare(ReadLanguage(en.Path(), "en"), ReadLanguage(de.Path(), "de"));
     EXPECT_EQ(comparison.missing, std::vector<std::string>{"CAP_SAVE"});
     EXPECT_EQ(comparison.extra, std::vector<std::string>{"STR_EXTRA"});

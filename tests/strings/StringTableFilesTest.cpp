@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 
 namespace {
 using namespace StringTests;
@@ -98,6 +99,53 @@ Rows ScanExact(const std::string& bytes, bool keyTable) {
     StringTable table;
     keyTable ? LoadCsvKeyTable(table, L"k.csv") : LoadXmlStringTable(table, L"t.xml", false);
     return RowsOf(table);
+}
+
+// Why a scan ended and where, as the tool reports it: the skipped lines, the quote or id
+// that is dropped, the bytes a key table drops; rows before the end are kept.
+TEST(StringTextFile, ScanSaysWhyAndWhereItEnded) {
+    using End = StringScanEnd;
+    const std::size_t none = std::string_view::npos;
+    const std::tuple<std::string, End, std::size_t, std::size_t, std::size_t> cases[] = {
+        // bytes, end, endOffset, rowsBegin, rows
+        {"", End::TooFewLines, 0, none, 0},
+        {"1\n2\n", End::TooFewLines, 0, none, 0}, // the second line feed is the last byte
+        {"1\n\"a\">A<\n", End::TooFewLines, 0, none, 0},
+        {"1\n2\n\"a\">A<", End::EndOfBytes, 0, 4, 1},
+        {"1\n2\n\"a\">A</s>\n</r>\n", End::NoOpeningQuote, 10, 4, 1},
+        {"1\n2\n\"a\">A<\"b\">no end", End::NoTextEnd, 10, 4, 1},
+        {"1\n2\n\"a\">A<\"b>B<", End::NoClosingQuote, 10, 4, 1},
+        {"1\n2\n\"a\">", End::NoClosingQuote, 4, 4, 0}, // no room for '>' and one more byte
+    };
+    for (const auto& [bytes, end, endOffset, rowsBegin, rows] : cases) {
+        const StringFileScan scan = ScanStringTextFile(bytes);
+        EXPECT_EQ(scan.end, end) << bytes;
+        EXPECT_EQ(scan.endOffset, endOffset) << bytes;
+        EXPECT_EQ(scan.rowsBegin, rowsBegin) << bytes;
+        EXPECT_EQ(scan.rows.size(), rows) << bytes;
+        for (const auto& row : scan.rows) // views into the given bytes
+            EXPECT_TRUE(row.key.data() >= bytes.data() &&
+                        row.text.data() + row.text.size() <= bytes.data() + bytes.size());
+    }
+}
+
+TEST(KeyTable, ScanSaysWhyAndWhereItEnded) {
+    using End = KeyScanEnd;
+    const std::tuple<std::string, End, std::size_t, std::size_t> cases[] = {
+        // bytes, end, droppedOffset, rows
+        {"", End::EndOfBytes, 0, 0},
+        {"k,A\n", End::EndOfBytes, 0, 1},
+        {"k,A\nm,B", End::NoLineFeed, 4, 1},
+        {"k,A\nlonely\n", End::KeyWithoutId, 4, 1},
+        {"k,A\nj\nm,B", End::NoLineFeed, 4, 1}, // the dropped key holds the joined line
+        {"k,A\n\n", End::KeyWithoutId, 4, 1},
+    };
+    for (const auto& [bytes, end, dropped, rows] : cases) {
+        const KeyTableScan scan = ScanKeyTable(bytes);
+        EXPECT_EQ(scan.end, end) << bytes;
+        EXPECT_EQ(scan.droppedOffset, dropped) << bytes;
+        EXPECT_EQ(scan.rows.size(), rows) << bytes;
+    }
 }
 
 // Every truncation, from no line feed at all to a quote without its partner, gives a

@@ -5,17 +5,26 @@
 #include <fstream>
 #include <random>
 #include <sstream>
+#include <stdexcept>
 
 namespace QanTest {
 
 TempDir::TempDir() {
     static std::atomic<unsigned> counter{0};
     std::random_device random;
-    const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
-    std::ostringstream name;
-    name << "qanres-test-" << random() << '-' << stamp << '-' << counter++;
-    path = std::filesystem::temp_directory_path() / name.str();
-    std::filesystem::create_directories(path);
+    const auto base = std::filesystem::temp_directory_path();
+    std::filesystem::create_directories(base);
+    // A name is claimed by creating its directory, which fails when the directory exists:
+    // tests running side by side never share one, however their names were drawn.
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
+        std::ostringstream name;
+        name << "qanres-test-" << random() << '-' << stamp << '-' << counter++;
+        path = base / name.str();
+        if (std::filesystem::create_directory(path))
+            return;
+    }
+    throw std::runtime_error("no fresh temporary directory under " + base.string());
 }
 
 TempDir::~TempDir() {

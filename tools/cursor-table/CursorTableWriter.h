@@ -1,5 +1,6 @@
-// CursorTableWriter.h: writes and reads the cursor table that "QanIcons.dll" carries as
-// raw-data resource 2, for tools that build or check the platform icon library.
+// CursorTableWriter.h: writes the cursor table that "QanIcons.dll" carries as raw-data
+// resource 2, for tools that build the platform icon library. Tables are read back only
+// with the library's own reader (icons/CursorTable.h), so that no tool disagrees with it.
 #pragma once
 
 #include <cstddef>
@@ -22,22 +23,6 @@ struct Entry {
 // The archive bytes: a signed 32-bit count, then per entry a 32-bit count of UTF-16
 // code units, the units (UTF-16LE, no terminator) and a 32-bit id; all little-endian.
 std::vector<std::byte> Write(std::span<const Entry> entries);
-
-enum class ReadStatus {
-    Complete,      // every entry read and nothing left over
-    Truncated,     // the data ended before the stored count of entries was read
-    NegativeCount, // the stored count is negative: the library refuses the whole table
-    TrailingBytes, // complete, with bytes after the last entry
-};
-
-struct ReadResult {
-    ReadStatus status = ReadStatus::Complete;
-    std::int32_t storedCount = 0;
-    std::vector<Entry> entries; // the entries read in full, in table order
-};
-
-// Reads archive bytes strictly: a name or id that runs past the end stops the read.
-ReadResult Read(std::span<const std::byte> bytes);
 
 // A resource script holding the table inline as resource resourceId of type RCDATA,
 // every value spelled as a number (32-bit with "L", UTF-16 units as 16-bit words), so

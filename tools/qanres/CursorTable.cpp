@@ -1,5 +1,5 @@
-// CursorTable.cpp: encoding and decoding of the cursor table bytes, and reading them out
-// of a module file with the library's own PE resource reader.
+// CursorTable.cpp: encoding of the cursor table bytes; reading them out of a module file
+// with the library's own PE resource reader, and reading the table with its own reader.
 #include "CursorTable.h"
 
 #include "Files.h"
@@ -16,9 +16,25 @@
 #include <fstream>
 #include <iterator>
 #include <span>
+#include <stdexcept>
 
 namespace QanTool {
 namespace {
+
+// The library's names are wchar_t: UTF-16 on Windows, code points elsewhere.
+std::u16string WideToUtf16(const QanStringT<wchar_t>& name) {
+    std::u16string out;
+    for (const wchar_t unit : name) {
+        const auto c = static_cast<char32_t>(unit);
+        if (c >= 0x10000) {
+            out.push_back(static_cast<char16_t>(Framework::Unicode::HighSurrogateOf(c)));
+            out.push_back(static_cast<char16_t>(Framework::Unicode::LowSurrogateOf(c)));
+        } else {
+            out.push_back(static_cast<char16_t>(c));
+        }
+    }
+    return out;
+}
 
 std::string_view Trim(std::string_view s) {
     while (!s.empty() && (s.front() == ' ' || s.front() == '\t'))
@@ -80,40 +96,82 @@ std::string EncodeCursorTable(std::vector<CursorEntry> entries) {
     return std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 
-DecodedCursorTable DecodeCursorTable(std::string_view bytes) {
-    using QanTool::CursorTable::ReadStatus;
-    const auto read = QanTool::CursorTable::Read(
-        std::as_bytes(std::span<const char>(bytes.data(), bytes.size())));
-    DecodedCursorTable table;
-    table.count = read.storedCount;
-    for (const auto& e : read.entries)
-        table.entries.push_back({e.name, e.id, 0});
-    table.truncated = read.status == ReadStatus::Truncated;
-    table.trailingBytes = read.status == ReadStatus::TrailingBytes;
-    // The strict read drops an entry whose id is cut off; the library keeps its name with
-    // id 0, so that name is looked up like any other.
-    if (table.truncated && table.count > 0 &&
-        table.entries.size() < static_cast<std::size_t>(table.count)) {
-        std::size_t at = 4;
-        for (const auto& e : table.entries)
-            at += 8 + 2 * e.name.size();
-        auto byte = [&](std::size_t i) {
-            return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[i]));
-        };
-        if (at + 4 <= bytes.size()) {
-            const std::uint32_t units =
-                byte(at) | byte(at + 1) << 8 | byte(at + 2) << 16 | byte(at + 3) << 24;
-            at += 4;
-            if ((bytes.size() - at) / 2 >= units) {
-                std::u16string name;
-                for (std::uint32_t i = 0; i < units; ++i, at += 2)
-                    name += static_cast<char16_t>(byte(at) | byte(at + 1) << 8);
-                table.entries.push_back({std::move(name), 0, 0});
-                table.lastIdMissing = true;
-            }
-        }
+CursorTableReport ReadCursorTableBytes(std::string_view bytes) {
+    const auto span = std::as_bytes(std::span<const char>(bytes.data(), bytes.size()));
+    CursorTableReport report;
+    try {
+        report.table = Framework::Internal::ReadCursorTable(span);
+    } catch (const std::length_error&) {
+        // The library's deliberate refusal of a negative count.
+        report.negativeCount = Framework::Internal::ReadCursorCount(span);
+        return report;
     }
-    return table;
+    for (const auto& entry : report.table.entries)
+        report.names.push_back(WideToUtf16(entry.name));
+    return report;
+}
+
+std::string StopMessage(const Framework::Internal::CursorTable& table) {
+    using Stop = Framework::Internal::CursorTableStop;
+    const std::string at = " at byte " + std::to_string(table.stopOffset);
+    const std::string entry = std::to_string(StopEntry(table));
+    switch (table.stop) {
+    case Stop::Complete:
+        return "complete";
+    case Stop::TrailingBytes:
+        return "bytes after the last cursor entry" + at;
+    case Stop::NoCount:
+        return "the count is cut short";
+    case Stop::NoNameLength:
+        return "the name length of entry " + entry + " is cut short" + at;
+    case Stop::NameTooLong:
+        return "the name of entry " + entry + " runs past the end of the data" + at;
+    case Stop::NoId:
+        return "the id of entry " + entry + " is cut short" + at;
+    }
+    return "unknown";
+}
+
+std::string WhatIsRead(const Framework::Internal::CursorTable& table) {
+    std::string read = "the library reads " + std::to_string(table.entries.size()) + " of " +
+                       std::to_string(table.Size()) + " entries";
+    if (table.stop == Framework::Internal::CursorTableStop::NoId)
+        read += ", entry " + std::to_string(table.entries.size()) + " with id 0";
+    if (table.blankCount > 0)
+        read +=
+            ", and gives the other " + std::to_string(table.blankCount) + " an empty name and id 0";
+    return read;
+}
+
+int StopEntry(const Framework::Internal::CursorTable& table) {
+    using Stop = Framework::Internal::CursorTableStop;
+    std::size_t entry = table.entries.size();
+    if (table.stop == Stop::NoNameLength || table.stop == Stop::NameTooLong)
+        ++entry; // the one whose name failed is not among the entries
+    return static_cast<int>(std::max<std::size_t>(entry, 1));
+}
+
+int DumpCursorTable(std::string_view bytes, std::ostream& out, std::ostream& err) {
+    const CursorTableReport report = ReadCursorTableBytes(bytes);
+    if (report.negativeCount) {
+        err << "qanres: negative cursor count " << *report.negativeCount
+            << ": the library fails to start\n";
+        return 1;
+    }
+    const auto& table = report.table;
+    out << "count: " << table.Size() << '\n';
+    for (std::size_t i = 0; i < table.entries.size(); ++i)
+        out << FromUtf16(report.names[i]) << '\t' << table.entries[i].id << '\n';
+    using Stop = Framework::Internal::CursorTableStop;
+    if (table.stop == Stop::TrailingBytes)
+        err << "qanres: " << StopMessage(table) << " are never read\n";
+    if (table.stop != Stop::Complete && table.stop != Stop::TrailingBytes &&
+        !(table.stop == Stop::NoCount && bytes.empty())) {
+        err << "qanres: the table ends early: " << StopMessage(table) << "; " << WhatIsRead(table)
+            << '\n';
+        return 1;
+    }
+    return table.entries.empty() ? 1 : 0;
 }
 
 std::optional<std::string> ReadCursorTableFile(const std::string& path) {

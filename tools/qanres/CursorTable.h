@@ -1,11 +1,14 @@
 // CursorTable.h: the tool's side of the cursor table that "QanIcons.dll" carries as
 // raw-data resource 2: name/id lists in, table bytes out (through the shared cursor-table
-// writer), and the table read back out of a module file for dumps and checks.
+// writer), and the table read back, by the library's own reader, for dumps and checks.
 #pragma once
+
+#include "icons/CursorTable.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,15 +35,26 @@ std::vector<CursorEntry> ParseCursorList(std::string_view text,
 // duplicates in list order, and encodes the table.
 std::string EncodeCursorTable(std::vector<CursorEntry> entries);
 
-struct DecodedCursorTable {
-    std::int32_t count = 0;           // as stored
-    std::vector<CursorEntry> entries; // those that could be read
-    bool truncated = false;           // the bytes ended before count entries were read
-    bool lastIdMissing = false;       // the last entry's name was read but not its id: the library
-                                      // keeps it, with id 0
-    bool trailingBytes = false;       // bytes left after the last entry
+// The library's reading of table bytes (its own ReadCursorTable), with the negative count
+// that makes it refuse to start turned into a value, and the names as UTF-16 code units
+// for the order checks.
+struct CursorTableReport {
+    std::optional<std::int32_t> negativeCount; // set: the library throws, nothing else is read
+    Framework::Internal::CursorTable table;
+    std::vector<std::u16string> names; // one per table entry
 };
-DecodedCursorTable DecodeCursorTable(std::string_view bytes);
+CursorTableReport ReadCursorTableBytes(std::string_view bytes);
+
+// Why the library stopped reading the table, in words, and the number of the entry it was
+// reading then (1 for the count).
+std::string StopMessage(const Framework::Internal::CursorTable& table);
+int StopEntry(const Framework::Internal::CursorTable& table);
+// What the library makes of a table cut short: how many entries it reads, and the rest.
+std::string WhatIsRead(const Framework::Internal::CursorTable& table);
+
+// "cursor-table dump": the count and the entries as the library reads them to out, what
+// went wrong to err; returns the exit status (1 when the table is cut short or empty).
+int DumpCursorTable(std::string_view bytes, std::ostream& out, std::ostream& err);
 
 // Reads raw-data resource 2 of the PE file at path; nothing when the file is not a
 // module or holds no such resource.

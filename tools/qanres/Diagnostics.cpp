@@ -43,7 +43,17 @@ std::string Format(const Diagnostic& d) {
     return out;
 }
 
+std::size_t DiagnosticList::Count(Severity severity) const {
+    return static_cast<std::size_t>(std::count_if(
+        items.begin(), items.end(), [&](const Diagnostic& d) { return d.severity == severity; }));
+}
+
 void DiagnosticList::Print(std::ostream& out) const {
+    for (const Diagnostic* d : Sorted())
+        out << Format(*d) << '\n';
+}
+
+std::vector<const Diagnostic*> DiagnosticList::Sorted() const {
     std::vector<const Diagnostic*> sorted;
     for (const auto& d : items)
         sorted.push_back(&d);
@@ -54,8 +64,7 @@ void DiagnosticList::Print(std::ostream& out) const {
             return a->line < b->line;
         return a->column < b->column;
     });
-    for (const Diagnostic* d : sorted)
-        out << Format(*d) << '\n';
+    return sorted;
 }
 
 } // namespace QanTool

@@ -41,7 +41,10 @@ public:
     void Add(std::string file, Position at, Severity severity, std::string message);
     const std::vector<Diagnostic>& All() const { return items; }
     bool HasErrors() const;
+    std::size_t Count(Severity severity) const;
     // Sorted by file, line and column, so that output is stable whatever order checks ran.
+    std::vector<const Diagnostic*> Sorted() const;
+    // Prints the findings one a line, in Sorted() order, as Format() writes them.
     void Print(std::ostream& out) const;
 
 private:

@@ -73,12 +73,19 @@ std::string Reassemble(std::string_view b, std::string_view prefix,
 
 } // namespace
 
+// Every element must be read by the library as written, or not at all: an element that
+// it reads otherwise (another id, or a text with more or less in it) is refused, since
+// rewriting it would change a text or a hit that a host gets today. Elements it reads no
+// row from (those on the two skipped lines, or in a file it refuses) are laid out so that
+// it reads them. Texts it reads are kept byte for byte, carriage returns included.
 bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
     if (b.empty()) {
         out.clear();
         return true;
     }
-    const TextFileMarkup m = ReadAsMarkup(b);
+    const TextFileReadings readings = CompareTextFile(b);
+    const TextFileMarkup& m = readings.markup;
+    const Framework::Internal::StringFileScan& scan = readings.scan;
     for (const auto& p : m.problems)
         if (!p.repairable) {
             reason = Where(b, p.offset) + p.message;
@@ -93,8 +100,15 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
             Where(b, m.declarationEnd) + "content between the declaration and the root element";
         return false;
     }
-    std::vector<Chunk> chunks;
-    for (const auto& el : m.elements) {
+    const bool libraryReadsNothing = scan.rowsBegin == std::string_view::npos;
+    struct TextChunk {
+        Chunk chunk;
+        std::size_t keptText = std::string_view::npos; // offset in chunk.bytes of a read text
+        std::size_t keptSize = 0;
+    };
+    std::vector<TextChunk> chunks;
+    for (std::size_t e = 0; e < m.elements.size(); ++e) {
+        const TextElement& el = m.elements[e];
         if (el.quotedValues != 1) {
             reason = Where(b, el.begin) + (el.quotedValues == 0
                                                ? "element without a double-quoted id"
@@ -105,8 +119,19 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
             reason = Where(b, el.begin) + "element is not closed";
             return false;
         }
-        Chunk c{el.chunkBegin, el.end,
-                std::string(b.substr(el.chunkBegin, el.end - el.chunkBegin))};
+        const ElementReading& reading = readings.elements[e];
+        if (reading.reading == Reading::Misread) {
+            const auto& row = scan.rows[reading.row];
+            reason = Where(b, el.begin) + "the library reads the text of " + Quote(el.id) + " as " +
+                     Quote(row.text) + ", not " + Quote(el.text) + ": a rewrite would change it";
+            return false;
+        }
+        if (reading.reading == Reading::NotRead && !libraryReadsNothing &&
+            el.begin >= scan.rowsBegin) {
+            reason = Where(b, el.begin) + "the library reads no string " + Quote(el.id) +
+                     " here: it pairs the double quotes otherwise";
+            return false;
+        }
         const std::size_t closingQuote = el.idOffset + el.id.size();
         std::string_view gap = b.substr(closingQuote + 1, el.tagClose - closingQuote - 1);
         if (el.selfClosing)
@@ -119,12 +144,24 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
         // closing quote, '>', text and end tag.
         std::string element(b.substr(el.chunkBegin, closingQuote + 1 - el.chunkBegin));
         element += '>';
+        TextChunk c{{el.chunkBegin, el.end, {}}, std::string_view::npos, 0};
+        if (reading.reading == Reading::Kept) {
+            c.keptText = element.size();
+            c.keptSize = el.text.size();
+        }
         if (el.selfClosing)
             element += "</" + std::string(el.name) + ">";
         else
             element.append(b.substr(el.tagClose + 1, el.end - el.tagClose - 1));
-        c.bytes = std::move(element);
+        c.chunk.bytes = std::move(element);
         chunks.push_back(std::move(c));
+    }
+    // Rows the library reads from no element: a hit nobody wrote, which a rewrite would lose.
+    for (const std::size_t i : readings.strayRows) {
+        const auto& row = scan.rows[i];
+        reason = Where(b, OffsetIn(b, row.key) - 1) + "the library reads the quoted value " +
+                 Quote(row.key) + " here as a string id";
+        return false;
     }
     std::vector<std::size_t> order(chunks.size());
     std::iota(order.begin(), order.end(), 0);
@@ -141,7 +178,7 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
     prefix += '\n';
     prefix.append(b.substr(m.rootBegin, m.rootEnd - m.rootBegin));
     prefix += '\n';
-    const std::size_t firstChunk = chunks.empty() ? m.trailerBegin : chunks.front().begin;
+    const std::size_t firstChunk = chunks.empty() ? m.trailerBegin : chunks.front().chunk.begin;
     std::string_view between = b.substr(m.rootEnd, firstChunk - m.rootEnd);
     // Keep the indentation of the first element's line, not the line breaks before it.
     if (const std::size_t lf = between.rfind('\n'); lf != std::string_view::npos)
@@ -152,7 +189,12 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
         reason = "1:1: the declaration or the root start tag spans several lines";
         return false;
     }
-    std::size_t suffixBegin = chunks.empty() ? m.trailerBegin : chunks.back().end;
+
+    // The chunks in their new order with the separators left where they were, noting where
+    // each text that the library reads lands, so that its line ends stay as they are.
+    std::string joined = prefix;
+    std::vector<std::pair<std::size_t, std::size_t>> kept; // offset and size in joined
+    std::size_t suffixBegin = chunks.empty() ? m.trailerBegin : chunks.back().chunk.end;
     // An empty root start tag ("<strings/>") is the whole of line 2, and the prefix ends that
     // line already: the blank rest of its line in the file is not written as another one,
     // or every run of fmt would add a line.
@@ -161,11 +203,42 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
         if (IsBlank(b.substr(suffixBegin, lf - suffixBegin)))
             suffixBegin = std::min(lf + 1, b.size());
     }
-    out = NormaliseLineEnds(Reassemble(b, prefix, chunks, order, suffixBegin));
+    for (std::size_t i = 0; i < chunks.size(); ++i) {
+        const TextChunk& c = chunks[order[i]];
+        if (c.keptText != std::string_view::npos)
+            kept.emplace_back(joined.size() + c.keptText, c.keptSize);
+        joined += c.chunk.bytes;
+        const std::size_t sepEnd = i + 1 < chunks.size() ? chunks[i + 1].chunk.begin : suffixBegin;
+        joined.append(b.substr(chunks[i].chunk.end, sepEnd - chunks[i].chunk.end));
+    }
+    joined.append(b.substr(suffixBegin));
+    // Line feeds only outside the kept texts, and one at the end.
+    out.clear();
+    out.reserve(joined.size() + 1);
+    std::size_t k = 0;
+    for (std::size_t i = 0; i < joined.size(); ++i) {
+        while (k < kept.size() && kept[k].first + kept[k].second <= i)
+            ++k;
+        const bool inKeptText = k < kept.size() && i >= kept[k].first;
+        if (!inKeptText && joined[i] == '\r' && i + 1 < joined.size() && joined[i + 1] == '\n')
+            continue;
+        out += joined[i];
+    }
+    // A carriage return that ends the file (after the root element, never in a text) is
+    // its last line end, not the start of a CR LF that the next run would rewrite.
+    if (out.back() == '\r')
+        out.back() = '\n';
+    if (out.back() != '\n')
+        out += '\n';
     return true;
 }
 
 bool FormatKeyTable(std::string_view b, std::string& out, std::string& reason) {
+    if (const char* sign = SpreadsheetExport(b)) {
+        reason = std::string("1:1: a spreadsheet export (") + sign +
+                 "): which rows were meant cannot be told without a guess";
+        return false;
+    }
     if (b.substr(0, 3) == kByteOrderMark)
         b.remove_prefix(3);
     std::vector<KeyLine> lines;
@@ -194,34 +267,51 @@ bool FormatKeyTable(std::string_view b, std::string& out, std::string& reason) {
     return true;
 }
 
+// The verdict and the entries are the library's (ScanIconMap); only the bytes between
+// entries are read here, to move whole entries with their comments. A rejected map is
+// refused, and the result must read, by the library again, as the same entries in key
+// order, or nothing is written.
 bool FormatIconMap(std::string_view b, std::string& out, std::string& reason) {
     const IconMapView view = ReadIconMap(b);
-    if (!view.problems.empty()) {
-        reason = Where(b, view.problems.front().offset) + view.problems.front().message;
+    if (!view.scan.Accepted()) {
+        reason = Where(b, view.scan.faultOffset) + view.fault;
         return false;
     }
-    std::vector<std::u16string> keys;
-    for (const auto& e : view.entries)
-        keys.push_back(ToUtf16(e.key));
-    if (std::is_sorted(keys.begin(), keys.end())) {
-        out = NormaliseLineEnds(b);
-        return true;
-    }
-    if (!view.flat) {
-        reason = "1:1: the \"map\" elements are not all children of the root element, so they "
-                 "cannot be reordered safely";
-        return false;
-    }
-    std::vector<Chunk> chunks;
-    for (const auto& e : view.entries)
-        chunks.push_back(
-            {e.chunkBegin, e.end, std::string(b.substr(e.chunkBegin, e.end - e.chunkBegin))});
-    std::vector<std::size_t> order(chunks.size());
+    std::vector<std::size_t> order(view.entries.size());
     std::iota(order.begin(), order.end(), 0);
-    std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t x, std::size_t y) { return keys[x] < keys[y]; });
-    out = NormaliseLineEnds(
-        Reassemble(b, b.substr(0, chunks.front().begin), chunks, order, chunks.back().end));
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t x, std::size_t y) {
+        return view.entries[x].key16 < view.entries[y].key16;
+    });
+    if (std::is_sorted(order.begin(), order.end())) {
+        out = NormaliseLineEnds(b);
+    } else {
+        std::size_t at = 0;
+        const auto starts = IconMapChunkStarts(b, view, at);
+        if (!starts) {
+            reason = Where(b, at) +
+                     "the \"map\" elements are not siblings with only white space and comments "
+                     "between them, so they cannot be reordered safely";
+            return false;
+        }
+        std::vector<Chunk> chunks;
+        for (std::size_t i = 0; i < view.entries.size(); ++i) {
+            const std::size_t begin = (*starts)[i], end = view.entries[i].end;
+            chunks.push_back({begin, end, std::string(b.substr(begin, end - begin))});
+        }
+        out = NormaliseLineEnds(
+            Reassemble(b, b.substr(0, chunks.front().begin), chunks, order, chunks.back().end));
+    }
+    const IconMapView after = ReadIconMap(out);
+    bool same = after.scan.Accepted() && after.scan.entries.size() == order.size();
+    for (std::size_t i = 0; same && i < order.size(); ++i) {
+        const auto& want = view.scan.entries[order[i]];
+        same = after.scan.entries[i].key == want.key &&
+               after.scan.entries[i].fileName == want.fileName;
+    }
+    if (!same) {
+        reason = "1:1: the rewritten map would not read as the same entries in key order";
+        return false;
+    }
     return true;
 }
 

@@ -1,7 +1,13 @@
-// KeyTable.cpp: the two readings of a key table.
+// KeyTable.cpp: a key table read line by line, as its author wrote it, and set beside the
+// library's own scan.
 #include "KeyTable.h"
 
-#include <cstring>
+#include <algorithm>
+#include <iterator>
+
+#include "Bytes.h"
+
+#include <unordered_map>
 
 namespace QanTool {
 
@@ -29,31 +35,66 @@ std::vector<KeyLine> ReadKeyLines(std::string_view bytes) {
     return lines;
 }
 
-std::vector<KeyRow> ReadKeyTableAsLibrary(std::string_view bytes) {
-    std::vector<KeyRow> rows;
-    const char* start = bytes.data();
-    const char* end = start + bytes.size();
-    const char* pos = start;
-    bool keyState = true;
-    KeyRow row;
-    while (pos < end) {
-        const auto left = static_cast<std::size_t>(end - pos);
-        const char* found = static_cast<const char*>(std::memchr(pos, keyState ? ',' : '\n', left));
-        if (!found)
-            break;
-        const std::string_view field(pos, static_cast<std::size_t>(found - pos));
-        if (keyState) {
-            row.keyOffset = static_cast<std::size_t>(pos - start);
-            row.key = field;
-        } else {
-            row.idOffset = static_cast<std::size_t>(pos - start);
-            row.id = field;
-            rows.push_back(row);
+KeyTableReadings CompareKeyTable(std::string_view bytes) {
+    KeyTableReadings r;
+    r.lines = ReadKeyLines(bytes);
+    r.scan = Framework::Internal::ScanKeyTable(bytes);
+    std::unordered_map<std::size_t, std::size_t> rowAt; // key offset to row index
+    for (std::size_t i = 0; i < r.scan.rows.size(); ++i)
+        rowAt.emplace(OffsetIn(bytes, r.scan.rows[i].key), i);
+    r.readings.reserve(r.lines.size());
+    for (const auto& line : r.lines) {
+        KeyLineReading reading;
+        if (const auto it = rowAt.find(line.offset); it != rowAt.end()) {
+            const auto& row = r.scan.rows[it->second];
+            std::string_view key = line.key;
+            if (line.offset == 0 && key.substr(0, kByteOrderMark.size()) == kByteOrderMark)
+                key.remove_prefix(kByteOrderMark.size());
+            reading.row = it->second;
+            reading.reading =
+                line.comma != std::string_view::npos && row.key == key && row.text == line.id
+                    ? Reading::Kept
+                    : Reading::Misread;
         }
-        pos = found + 1;
-        keyState = !keyState;
+        r.readings.push_back(reading);
     }
-    return rows;
+    return r;
+}
+
+const char* SpreadsheetExport(std::string_view bytes) {
+    const auto lines = ReadKeyLines(bytes);
+    if (lines.empty())
+        return nullptr;
+    const auto plain = [](std::string_view field) {
+        std::string out;
+        for (const char c : field)
+            if (c != '"' && c != '\r')
+                out += static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+        return out;
+    };
+    const KeyLine& first = lines.front();
+    bool header = false;
+    if (first.comma != std::string_view::npos) {
+        static constexpr std::string_view keys[] = {"key", "keys", "resource key", "resourcekey",
+                                                    "name"};
+        static constexpr std::string_view ids[] = {"id",       "ids",   "string id",
+                                                   "stringid", "value", "text"};
+        const std::string key = plain(first.key), id = plain(first.id);
+        header = std::find(std::begin(keys), std::end(keys), key) != std::end(keys) &&
+                 std::find(std::begin(ids), std::end(ids), id) != std::end(ids);
+    }
+    bool quoted = false;
+    for (const auto& line : lines) {
+        std::string_view text = line.text;
+        if (!text.empty() && text.back() == '\r')
+            text.remove_suffix(1);
+        if (text.size() >= 2 && text.front() == '"' &&
+            (text.back() == '"' || text.find("\",") != std::string_view::npos))
+            quoted = true;
+    }
+    if (header && quoted)
+        return "a header row and quoted fields";
+    return header ? "a header row" : quoted ? "quoted fields" : nullptr;
 }
 
 } // namespace QanTool

@@ -2,19 +2,23 @@
 // escapes cannot be broken; the result is stored with the same encoder as an import.
 #include "Pseudo.h"
 
-#include "CodePoints.h"
+#include "Placeholders.h"
+
 #include "Files.h"
 #include "Lint.h"
 #include "StoredText.h"
 #include "StringDirectory.h"
 #include "StringFileWriter.h"
 
+#include "base/Unicode.h"
+#include "text/TaggedText.h"
+
 #include <algorithm>
 
 namespace QanTool {
 namespace {
 
-constexpr char32_t kFieldMarker = 0x0001;
+constexpr auto kFieldMarker = static_cast<char32_t>(Framework::Internal::kFieldMarker);
 constexpr char32_t kPad = U'~';
 
 char32_t Accented(char32_t c) {
@@ -27,77 +31,13 @@ char32_t Accented(char32_t c) {
     return c;
 }
 
-bool IsDigit(char32_t c) {
-    return c >= U'0' && c <= U'9';
-}
-
-std::size_t Digits(std::u32string_view s, std::size_t i) {
-    std::size_t j = i;
-    while (j < s.size() && IsDigit(s[j]))
-        ++j;
-    return j - i;
-}
-
-// Length of the placeholder that starts at s[i] ('%' or '{'), or 0.
-std::size_t Placeholder(std::u32string_view s, std::size_t i) {
-    if (s[i] == U'{') {
-        const std::size_t n = Digits(s, i + 1);
-        return n && i + 1 + n < s.size() && s[i + 1 + n] == U'}' ? n + 2 : 0;
-    }
-    if (i + 1 >= s.size())
-        return 0;
-    if (s[i + 1] == U'%')
-        return 2;
-    // printf: %[argnum$][flags][width][.precision][length]conversion
-    std::size_t j = i + 1;
-    if (std::size_t n = Digits(s, j); n && j + n < s.size() && s[j + n] == U'$')
-        j += n + 1;
-    while (j < s.size() && std::u32string_view(U"-+ #0'").find(s[j]) != std::u32string_view::npos)
-        ++j;
-    auto number = [&] {
-        if (j < s.size() && s[j] == U'*') {
-            ++j;
-            if (std::size_t n = Digits(s, j); n && j + n < s.size() && s[j + n] == U'$')
-                j += n + 1;
-        } else {
-            j += Digits(s, j);
-        }
-    };
-    number();
-    if (j < s.size() && s[j] == U'.') {
-        ++j;
-        number();
-    }
-    for (std::u32string_view length :
-         {U"hh", U"ll", U"I64", U"I32", U"h", U"l", U"L", U"q", U"j", U"z", U"Z", U"t", U"I"}) {
-        if (s.substr(j, length.size()) == length) {
-            j += length.size();
-            break;
-        }
-    }
-    if (j < s.size() &&
-        std::u32string_view(U"diouxXeEfFgGaAcCsSpn").find(s[j]) != std::u32string_view::npos)
-        return j + 1 - i;
-    // Message-style "%1" (with an optional "!format!").
-    if (std::size_t n = Digits(s, i + 1); n && s[i + 1] != U'0') {
-        j = i + 1 + n;
-        if (j < s.size() && s[j] == U'!') {
-            const std::size_t close = s.find(U'!', j + 1);
-            if (close != std::u32string_view::npos)
-                j = close + 1;
-        }
-        return j - i;
-    }
-    return 0;
-}
-
 // The letters of a field, accented, with everything the library or a host interprets kept.
 std::u32string AccentField(std::u32string_view s) {
     std::u32string out;
     for (std::size_t i = 0; i < s.size();) {
         const char32_t c = s[i];
         if (c == U'%' || c == U'{') {
-            if (const std::size_t n = Placeholder(s, i)) {
+            if (const std::size_t n = PlaceholderLength(s, i)) {
                 out.append(s.substr(i, n));
                 i += n;
                 continue;
@@ -125,7 +65,7 @@ struct Field {
 } // namespace
 
 std::string PseudoLocalise(std::string_view utf8, int percent) {
-    const std::u32string text = ToCodePoints(utf8);
+    const std::u32string text = Framework::Unicode::DecodeScalars(utf8);
     std::u32string_view s(text);
     // Split into fields and the separators between them.
     std::vector<Field> fields;
@@ -186,7 +126,10 @@ std::string PseudoLocalise(std::string_view utf8, int percent) {
     }
     const auto [sb, se] = separators.back();
     out.append(s.substr(sb, se - sb));
-    return ToUtf8(out);
+    std::string utf8Out;
+    for (const char32_t c : out)
+        Framework::Unicode::AppendUtf8(c, utf8Out);
+    return utf8Out;
 }
 
 std::string PseudoDirectory(const std::filesystem::path& source, const std::filesystem::path& out,

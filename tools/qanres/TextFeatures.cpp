@@ -1,39 +1,16 @@
 // TextFeatures.cpp: one pass over the text for each kind of feature.
 #include "TextFeatures.h"
 
+#include "Placeholders.h"
+
+#include "base/Unicode.h"
+
+#include "text/TaggedText.h"
+
 #include <algorithm>
 
 namespace QanTool {
 namespace {
-
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-// The printf conversion at text[at] ('%'), or empty when none starts there.
-std::string_view PrintfAt(std::string_view text, std::size_t at) {
-    std::size_t i = at + 1;
-    std::size_t digits = i;
-    while (digits < text.size() && IsDigit(text[digits]))
-        ++digits;
-    if (digits > i && digits < text.size() && text[digits] == '$')
-        i = digits + 1; // a positional argument
-    while (i < text.size() && std::string_view("-+ #0'").find(text[i]) != std::string_view::npos)
-        ++i;
-    while (i < text.size() && (IsDigit(text[i]) || text[i] == '*'))
-        ++i;
-    if (i < text.size() && text[i] == '.') {
-        ++i;
-        while (i < text.size() && (IsDigit(text[i]) || text[i] == '*'))
-            ++i;
-    }
-    while (i < text.size() && std::string_view("hlLqjzt").find(text[i]) != std::string_view::npos)
-        ++i;
-    if (i < text.size() &&
-        std::string_view("diouxXeEfFgGaAcspnS").find(text[i]) != std::string_view::npos)
-        return text.substr(at, i + 1 - at);
-    return {};
-}
 
 std::string Join(const std::vector<std::string>& items) {
     if (items.empty())
@@ -58,36 +35,33 @@ bool Positional(const std::vector<std::string>& printf) {
 
 TextFeatures Features(std::string_view text) {
     TextFeatures f;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (c == '%') {
-            if (i + 1 < text.size() && text[i + 1] == '%') {
-                ++i;
+    const std::u32string s = Framework::Unicode::DecodeScalars(text);
+    const auto utf8 = [&](std::size_t at, std::size_t length) {
+        std::string out;
+        for (std::size_t i = at; i < at + length; ++i)
+            Framework::Unicode::AppendUtf8(s[i], out);
+        return out;
+    };
+    for (std::size_t i = 0; i < s.size(); ++i) {
+        const char32_t c = s[i];
+        if (c == U'%' || c == U'{') {
+            const std::size_t length = PlaceholderLength(s, i);
+            if (length == 0 || (c == U'%' && s[i + 1] == U'%')) {
+                i += length ? length - 1 : 0; // "%%" is a literal percent
                 continue;
             }
-            const auto conversion = PrintfAt(text, i);
-            if (!conversion.empty()) {
-                f.printf.emplace_back(conversion);
-                i += conversion.size() - 1;
-            }
-        } else if (c == '{') {
-            std::size_t j = i + 1;
-            while (j < text.size() && IsDigit(text[j]))
-                ++j;
-            if (j > i + 1 && j < text.size() && text[j] == '}') {
-                f.braces.emplace_back(text.substr(i, j + 1 - i));
-                i = j;
-            }
-        } else if (c == '&') {
-            if (i + 1 < text.size() && text[i + 1] == '&')
+            (c == U'{' ? f.braces : f.printf).push_back(utf8(i, length));
+            i += length - 1;
+        } else if (c == U'&') {
+            if (i + 1 < s.size() && s[i + 1] == U'&')
                 ++i;
             else
                 ++f.mnemonics;
-        } else if (c == '\x01') {
-            if (i + 2 < text.size())
-                f.tags.emplace_back(text.substr(i + 1, 2));
-        } else if (c == '\n' || c == '\r' || c == '\t') {
-            ++f.controls[c];
+        } else if (c == static_cast<char32_t>(Framework::Internal::kFieldMarker)) {
+            if (i + 2 < s.size())
+                f.tags.push_back(utf8(i + 1, 2));
+        } else if (c == U'\n' || c == U'\r' || c == U'\t') {
+            ++f.controls[static_cast<char>(c)];
         }
     }
     return f;

@@ -1,18 +1,12 @@
-// TextFile.cpp: the two readings of a string text file. The library's scan is reproduced
-// byte for byte (including its narrowed search spans); the markup reading is what the
-// author meant, and every difference between them is a finding.
+// TextFile.cpp: the two readings of a string text file. The library's reading is its own
+// scan; the markup reading is what the author meant, and every difference between them is
+// a finding.
 #include "TextFile.h"
 
-#include <cstring>
+#include <unordered_map>
 
 namespace QanTool {
 namespace {
-
-const char* Find(const char* from, char byte, std::ptrdiff_t length) {
-    if (length <= 0)
-        return nullptr;
-    return static_cast<const char*>(std::memchr(from, byte, static_cast<std::size_t>(length)));
-}
 
 bool IsSpace(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
@@ -73,45 +67,6 @@ bool At(std::string_view b, std::size_t pos, std::string_view what) {
 }
 
 } // namespace
-
-ReaderView ReadAsLibrary(std::string_view bytes) {
-    ReaderView view;
-    const char* start = bytes.data();
-    const char* end = start + bytes.size();
-    if (bytes.empty())
-        return view;
-    // The two skipped lines: the first search leaves out the last byte, the second ends
-    // one byte before the end, so a second line feed in the last byte finds nothing.
-    const char* lf1 = Find(start, '\n', static_cast<std::ptrdiff_t>(bytes.size()) - 1);
-    if (!lf1)
-        return view;
-    const char* lf2 = Find(lf1 + 1, '\n', (end - 1) - (lf1 + 1));
-    if (!lf2)
-        return view;
-    view.skipEnd = static_cast<std::size_t>(lf2 + 1 - start);
-    const char* pos = lf2 + 1;
-    while (pos < end) {
-        const char* q1 = Find(pos, '"', end - pos - 1);
-        if (!q1)
-            break;
-        const char* idStart = q1 + 1;
-        const char* q2 = Find(idStart, '"', end - idStart - 2);
-        if (!q2)
-            break;
-        // One byte after the closing quote is stepped over unseen: it should be '>'.
-        const char* textStart = q2 + 2;
-        const char* lt = Find(textStart, '<', end - textStart);
-        if (!lt)
-            break;
-        view.rows.push_back(
-            {static_cast<std::size_t>(idStart - start),
-             std::string_view(idStart, static_cast<std::size_t>(q2 - idStart)),
-             static_cast<std::size_t>(textStart - start),
-             std::string_view(textStart, static_cast<std::size_t>(lt - textStart))});
-        pos = lt + 1;
-    }
-    return view;
-}
 
 TextFileMarkup ReadAsMarkup(std::string_view b) {
     TextFileMarkup m;
@@ -288,6 +243,35 @@ TextFileMarkup ReadAsMarkup(std::string_view b) {
         m.elements.push_back(el);
         pos = el.end;
     }
+}
+
+TextFileReadings CompareTextFile(std::string_view bytes) {
+    TextFileReadings r;
+    r.markup = ReadAsMarkup(bytes);
+    r.scan = Framework::Internal::ScanStringTextFile(bytes);
+    std::unordered_map<std::size_t, std::size_t> rowAt; // id offset to row index
+    for (std::size_t i = 0; i < r.scan.rows.size(); ++i)
+        rowAt.emplace(OffsetIn(bytes, r.scan.rows[i].key), i);
+    std::unordered_map<std::size_t, bool> elementAt; // id offsets of elements
+    r.elements.reserve(r.markup.elements.size());
+    for (const auto& el : r.markup.elements) {
+        ElementReading reading;
+        if (el.quotedValues > 0) {
+            elementAt.emplace(el.idOffset, true);
+            if (const auto it = rowAt.find(el.idOffset); it != rowAt.end()) {
+                const auto& row = r.scan.rows[it->second];
+                reading.row = it->second;
+                reading.reading = row.key == el.id && row.text == el.text && !el.selfClosing
+                                      ? Reading::Kept
+                                      : Reading::Misread;
+            }
+        }
+        r.elements.push_back(reading);
+    }
+    for (std::size_t i = 0; i < r.scan.rows.size(); ++i)
+        if (!elementAt.count(OffsetIn(bytes, r.scan.rows[i].key)))
+            r.strayRows.push_back(i);
+    return r;
 }
 
 } // namespace QanTool

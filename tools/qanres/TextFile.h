@@ -1,7 +1,11 @@
 // TextFile.h: the string text files (startupstrings.xml, strings.xml, override/strings.xml)
-// read twice: once as the library's byte scanner reads them, once as their author wrote
-// them (declaration, root element, one element per string), so the two can be compared.
+// read twice: once by the library's own byte scan, once as their author wrote them
+// (declaration, root element, one element per string), so the two can be compared.
 #pragma once
+
+#include "Reading.h"
+
+#include "strings/XmlStringTable.h"
 
 #include <cstddef>
 #include <string>
@@ -9,23 +13,6 @@
 #include <vector>
 
 namespace QanTool {
-
-// One row as the library's scanner finds it: the id between the first two double quotes
-// after the previous row, the text from two bytes after the closing quote to the next '<'.
-struct ReaderRow {
-    std::size_t idOffset = 0; // first byte of the id (after the opening quote)
-    std::string_view id;
-    std::size_t textOffset = 0;
-    std::string_view text;
-};
-
-// What the library's scanner reads; skipEnd is where scanning starts (after the second
-// line feed), npos when the file has too few lines to hold any row.
-struct ReaderView {
-    std::size_t skipEnd = std::string_view::npos;
-    std::vector<ReaderRow> rows;
-};
-ReaderView ReadAsLibrary(std::string_view bytes);
 
 // A structural problem found while reading the file as markup.
 struct MarkupProblem {
@@ -61,5 +48,20 @@ struct TextFileMarkup {
     std::vector<MarkupProblem> problems;
 };
 TextFileMarkup ReadAsMarkup(std::string_view bytes);
+
+struct ElementReading {
+    Reading reading = Reading::NotRead;
+    std::size_t row = std::string_view::npos; // index of the row at the element's id
+};
+
+// Both readings of one file side by side: lint reports where they differ and fmt refuses
+// to rewrite any element that the library reads otherwise than its author wrote it.
+struct TextFileReadings {
+    TextFileMarkup markup;
+    Framework::Internal::StringFileScan scan; // the library's reading
+    std::vector<ElementReading> elements;     // one per markup element, in the same order
+    std::vector<std::size_t> strayRows;       // rows that start at no element's id
+};
+TextFileReadings CompareTextFile(std::string_view bytes);
 
 } // namespace QanTool

@@ -2,7 +2,7 @@
 // well-formed document that a translation tool produces is understood.
 #include "Xliff.h"
 
-#include "CodePoints.h"
+#include "base/Unicode.h"
 
 #include <expat.h>
 
@@ -132,11 +132,11 @@ void XMLCALL Start(void* data, const XML_Char* rawName, const XML_Char** attribu
             char* end = nullptr;
             const unsigned long value = hex ? std::strtoul(hex, &end, 16) : 0;
             if (!hex || *hex == '\0' || *end != '\0' || value == 0 || value > 0x10FFFF ||
-                (value >= 0xD800 && value <= 0xDFFF)) {
+                Framework::Unicode::IsSurrogate(static_cast<char32_t>(value))) {
                 s.Fail("<cp> without a valid non-zero hex code point");
                 return;
             }
-            AppendUtf8(*s.text, static_cast<char32_t>(value));
+            Framework::Unicode::AppendUtf8(static_cast<char32_t>(value), *s.text);
         } else if (name == "ph" || name == "sc" || name == "ec") {
             s.Fail("inline <" + name + "> cannot be stored in a string file");
         }

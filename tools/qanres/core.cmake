@@ -4,7 +4,6 @@ if(NOT TARGET qanres_tool_core)
     set(dir ${CMAKE_CURRENT_LIST_DIR})
     add_library(qanres_tool_core STATIC
         ${dir}/Bytes.cpp
-        ${dir}/CodePoints.cpp
         ${dir}/CursorTable.cpp
         ${dir}/Diagnostics.cpp
         ${dir}/Escape.cpp
@@ -15,6 +14,8 @@ if(NOT TARGET qanres_tool_core)
         ${dir}/KeyTable.cpp
         ${dir}/Json.cpp
         ${dir}/Lint.cpp
+        ${dir}/LintProduct.cpp
+        ${dir}/Placeholders.cpp
         ${dir}/Po.cpp
         ${dir}/Pseudo.cpp
         ${dir}/Stats.cpp
@@ -26,8 +27,9 @@ if(NOT TARGET qanres_tool_core)
         ${dir}/Translate.cpp
         ${dir}/Xliff.cpp)
     target_include_directories(qanres_tool_core PUBLIC ${dir})
-    # The PE resource reader, the UTF-8 converter and the string tables' readers and
-    # decoder come from the library's objects; expat reads XLIFF.
+    # What a file means comes from the library's own readers in its objects (the string
+    # tables' scanners and decoder, the icon map scanner, the cursor table reader, the PE
+    # resource reader, the UTF-8 converter); expat reads XLIFF.
     target_link_libraries(qanres_tool_core PUBLIC QanResourcesStatic qanres_cursor_table
                                            PRIVATE EXPAT::EXPAT qanres_warnings)
 endif()

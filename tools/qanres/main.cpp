@@ -6,6 +6,7 @@
 #include "Files.h"
 #include "Format.h"
 #include "Lint.h"
+#include "LintChecks.h"
 #include "Lookups.h"
 #include "Pseudo.h"
 #include "Stats.h"
@@ -63,15 +64,7 @@ int CursorDump(const std::string& path) {
         std::cerr << "qanres: " << path << " holds no cursor table (raw-data resource 2)\n";
         return 1;
     }
-    const auto table = QanTool::DecodeCursorTable(*bytes);
-    std::cout << "count: " << table.count << '\n';
-    for (const auto& e : table.entries)
-        std::cout << QanTool::FromUtf16(e.name) << '\t' << e.id << '\n';
-    if (table.truncated) {
-        std::cerr << "qanres: the table ends after " << table.entries.size() << " entries\n";
-        return 1;
-    }
-    return table.entries.empty() ? 1 : 0;
+    return QanTool::DumpCursorTable(*bytes, std::cout, std::cerr);
 }
 
 int Run(int argc, char** argv) {
@@ -81,6 +74,8 @@ int Run(int argc, char** argv) {
     app.require_subcommand(1);
     // Arguments are paths such as /opt/res on every system, never Windows-style options.
     app.allow_windows_style_options(false);
+    app.footer("Exit status: 0 found or clean, 1 nothing found or a fault found, 2 usage error.\n"
+               "Every check of lint, with its repair: qanres lint --help.");
     // Options such as --escape may stand after the command too.
     app.fallthrough();
 
@@ -165,17 +160,51 @@ int Run(int argc, char** argv) {
     strip->callback([&] { status = QanTool::StripMenu(flags, text, settings.escape, std::cout); });
 
     std::string dir;
+    std::vector<std::string> lintDirs;
+    bool werror = false;
+    std::string lintFormat = "text";
     auto* lint = app.add_subcommand(
-        "lint", "check a resource directory; prints file:line:column: error|warning: message");
-    lint->add_option("DIR", dir, "resource directory")->required();
+        "lint", "check a product the way the library reads it; prints "
+                "file:line:column: error|warning: message, then one summary line");
+    lint->add_option("DIR", lintDirs,
+                     "resource or language directories, or a directory above them whose tree "
+                     "lint recognises");
+    lint->add_flag("--werror", werror, "exit 1 on warnings too");
+    lint->add_option("--format", lintFormat, "text or json")
+        ->check(CLI::IsMember({"text", "json"}));
+    lint->footer(QanTool::LintChecksHelp());
     lint->callback([&] {
-        if (!IsDirectory(dir)) {
-            status = Usage(dir + " is not a directory");
+        QanTool::LintRequest request;
+        for (const std::string& given : lintDirs)
+            request.directories.push_back({PathFromUtf8(given), given});
+        if (!settings.resources.empty())
+            request.resources = {PathFromUtf8(settings.resources), settings.resources};
+        for (const std::string& language : settings.masterStrings)
+            request.languages.push_back({PathFromUtf8(language), language});
+        if (request.directories.empty() && !request.resources && request.languages.empty()) {
+            status = Usage("lint needs a directory: DIR, --resources DIR or --master-strings DIR");
             return;
         }
-        const auto findings = QanTool::LintDirectory(PathFromUtf8(dir), dir);
-        findings.Print(std::cout);
-        status = findings.HasErrors() ? 1 : 0;
+        for (const auto* list : {&lintDirs, &settings.masterStrings})
+            for (const std::string& given : *list)
+                if (!IsDirectory(given)) {
+                    status = Usage(given + " is not a directory");
+                    return;
+                }
+        if (!settings.resources.empty() && !IsDirectory(settings.resources)) {
+            status = Usage(settings.resources + " is not a directory");
+            return;
+        }
+        const auto outcome = QanTool::Lint(request);
+        if (lintFormat == "json") {
+            std::cout << QanTool::FindingsAsJson(outcome) << '\n';
+        } else {
+            outcome.findings.Print(std::cout);
+            std::cout << QanTool::Summary(outcome) << '\n';
+        }
+        const bool failed = outcome.findings.HasErrors() ||
+                            (werror && outcome.findings.Count(QanTool::Severity::Warning) > 0);
+        status = failed ? 1 : 0;
     });
 
     bool check = false;

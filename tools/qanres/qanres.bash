@@ -45,7 +45,13 @@ _qanres() {
         COMPREPLY=($(compgen -W "$commands $options" -- "$cur"))
         ;;
     lint)
-        _filedir -d
+        if [[ $prev == --format ]]; then
+            COMPREPLY=($(compgen -W "text json" -- "$cur"))
+        elif [[ $cur == -* ]]; then
+            COMPREPLY=($(compgen -W "--werror --format" -- "$cur"))
+        else
+            _filedir -d
+        fi
         ;;
     stats | compare)
         if [[ $prev == --format ]]; then
