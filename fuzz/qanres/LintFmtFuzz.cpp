@@ -41,8 +41,8 @@ constexpr const char* kRepairedFindings[] = {
 
 // What a file says, whatever its layout: the id and text of each string element (a
 // self-closing one has an empty text), the key and id of each key-table line that is not
-// blank, the key and file of each icon map entry. fmt may reorder them and, as it says,
-// turns CR LF into LF in text files and icon maps, texts included; nothing else changes.
+// blank, the key and file of each icon map entry. fmt may reorder them and turns CR LF
+// into LF outside the texts (so also in an id); a text keeps every byte.
 using Content = std::multiset<std::pair<std::string, std::string>>;
 
 std::string LineFeedsOnly(std::string_view text) {
@@ -67,8 +67,7 @@ Content ContentOf(const std::string& name, std::string_view bytes) {
     } else {
         for (const auto& element : QanTool::ReadAsMarkup(bytes).elements)
             if (element.quotedValues > 0)
-                content.emplace(LineFeedsOnly(element.id),
-                                LineFeedsOnly(element.selfClosing ? "" : element.text));
+                content.emplace(LineFeedsOnly(element.id), element.selfClosing ? "" : element.text);
     }
     return content;
 }

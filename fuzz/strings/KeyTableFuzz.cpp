@@ -1,60 +1,83 @@
-// KeyTableFuzz.cpp: any bytes as a key table. Every row the scanner keeps is a pair of
-// views into the file as read, in file order, neither reaching into the other; and the
-// kept rows written back as "key,id" lines scan to the same rows.
+// KeyTableFuzz.cpp: any bytes as a key table. Every row the scan keeps is a pair of views
+// into the bytes, in file order, with exactly a comma between key and id and a line feed
+// after the id; the reason the scan stopped is true of the bytes it left; the loader keeps
+// exactly the scanned rows; and the kept rows written back as "key,id" lines scan to the
+// same rows, with nothing dropped.
 #include "FuzzPlatform.h"
 #include "strings/CsvKeyTable.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 
 namespace {
 using namespace Framework::Internal;
 
-void Check(bool condition) {
-    if (!condition)
+void Check(bool condition, const char* what) {
+    if (!condition) {
+        std::fprintf(stderr, "violated: %s\n", what);
         std::abort();
+    }
 }
 
-std::vector<std::pair<std::string, std::string>>
-Scan(QanFuzz::FuzzPlatform& platform, std::string_view bytes, StringTable* keep = nullptr) {
-    platform.bytes = std::as_bytes(std::span(bytes.data(), bytes.size()));
-    StringTable table;
-    LoadCsvKeyTable(table, L"string.csv");
-    std::vector<std::pair<std::string, std::string>> rows;
-    for (const auto& row : table.entries)
+using Rows = std::vector<std::pair<std::string, std::string>>;
+
+Rows Copy(const std::vector<StringTableEntry>& entries) {
+    Rows rows;
+    for (const auto& row : entries)
         rows.emplace_back(std::string(row.key), std::string(row.text));
-    if (keep)
-        *keep = std::move(table);
     return rows;
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view input(reinterpret_cast<const char*>(data), size);
+    const KeyTableScan scan = ScanKeyTable(input);
+
+    const char* const begin = input.data();
+    const char* next = begin; // where the next row may start
+    for (const auto& row : scan.rows) {
+        Check(row.key.data() == next, "a row starts where the previous one ended");
+        Check(row.text.data() == row.key.data() + row.key.size() + 1, "a comma ends the key");
+        Check(row.text.data() + row.text.size() < begin + size, "a row lies inside the bytes");
+        Check(row.key.data()[row.key.size()] == ',', "a comma ends the key");
+        Check(row.text.data()[row.text.size()] == '\n', "a line feed ends the id");
+        Check(row.key.find(',') == std::string_view::npos, "a key holds no comma");
+        Check(row.text.find('\n') == std::string_view::npos, "an id holds no line feed");
+        next = row.text.data() + row.text.size() + 1;
+    }
+    const std::size_t consumed = static_cast<std::size_t>(next - begin);
+    const std::string_view rest = input.substr(consumed);
+    switch (scan.end) {
+    case KeyScanEnd::EndOfBytes:
+        Check(rest.empty(), "a scan that read to the end left nothing");
+        break;
+    case KeyScanEnd::KeyWithoutId:
+        Check(scan.droppedOffset == consumed && rest.find(',') == std::string_view::npos,
+              "a key without an id: no comma follows the last row");
+        break;
+    case KeyScanEnd::NoLineFeed:
+        Check(scan.droppedOffset == consumed && rest.find(',') != std::string_view::npos &&
+                  rest.find('\n', rest.find(',')) == std::string_view::npos,
+              "a last line without a line feed: a comma but no line feed after it");
+        break;
+    }
+
+    // The loader keeps the scan's rows.
     static QanFuzz::FuzzPlatform platform;
     Framework::Platform::SetPlatformForTests(&platform);
-    const std::string_view input(reinterpret_cast<const char*>(data), size);
-
+    platform.bytes = std::as_bytes(std::span(input.data(), input.size()));
     StringTable table;
-    const auto rows = Scan(platform, input, &table);
-    const char* const begin = table.buffer.get();
-    const char* previousEnd = begin;
-    for (const auto& row : table.entries) {
-        // Key before id, both inside the buffer, each row after the one before it, with
-        // exactly the separator the grammar names between them.
-        Check(row.key.data() >= previousEnd);
-        Check(row.text.data() == row.key.data() + row.key.size() + 1);
-        Check(row.text.data() + row.text.size() < begin + size);
-        Check(row.key.data()[row.key.size()] == ',');
-        Check(row.text.data()[row.text.size()] == '\n');
-        Check(row.key.find(',') == std::string_view::npos);
-        Check(row.text.find('\n') == std::string_view::npos);
-        previousEnd = row.text.data() + row.text.size() + 1;
-    }
+    LoadCsvKeyTable(table, L"string.csv");
+    const Rows rows = Copy(scan.rows);
+    Check(Copy(table.entries) == rows, "the loader keeps the scanned rows");
 
     std::string written;
     for (const auto& [key, id] : rows)
         written += key + ',' + id + '\n';
-    Check(Scan(platform, written) == rows);
+    const KeyTableScan again = ScanKeyTable(written);
+    Check(Copy(again.rows) == rows && again.end == KeyScanEnd::EndOfBytes,
+          "the kept rows written back scan the same");
     return 0;
 }
