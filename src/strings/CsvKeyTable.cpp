@@ -41,6 +41,12 @@ KeyTableScan ScanKeyTable(std::string_view bytes) {
         pos = found + 1;
         readingKey = !readingKey;
     }
+    // A comma as the last byte ends the loop with a key whose id was never searched for:
+    // that key is dropped like any last line without a line feed, and said so.
+    if (!readingKey && scan.end == KeyScanEnd::EndOfBytes) {
+        scan.end = KeyScanEnd::NoLineFeed;
+        scan.droppedOffset = static_cast<std::size_t>(key.data() - start);
+    }
     scan.rows = std::move(rows);
     return scan;
 }

@@ -139,6 +139,10 @@ TEST(KeyTable, ScanSaysWhyAndWhereItEnded) {
         {"k,A\nlonely\n", End::KeyWithoutId, 4, 1},
         {"k,A\nj\nm,B", End::NoLineFeed, 4, 1}, // the dropped key holds the joined line
         {"k,A\n\n", End::KeyWithoutId, 4, 1},
+        // A comma as the last byte: the key before it has no id and is dropped, like any
+        // last line without a line feed.
+        {"k,A\nm,", End::NoLineFeed, 4, 1},
+        {",", End::NoLineFeed, 0, 0},
     };
     for (const auto& [bytes, end, dropped, rows] : cases) {
         const KeyTableScan scan = ScanKeyTable(bytes);
