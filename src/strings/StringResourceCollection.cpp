@@ -145,14 +145,13 @@ StringResourceCollection::StringResourceCollection(LoadRecorder* recorder)
         Path::Combine(Path::Combine(settings.masterStringDirectory, L"override"), L"strings.xml");
     if (platform.Exists(overridePath))
         state->Load(state->overrides, overridePath, true, LoadReport::File::OverrideStrings);
-    else if (recorder)
-        recorder->Add({LoadReport::File::OverrideStrings,
-                       overridePath,
-                       LoadReport::Outcome::Missing,
-                       0,
-                       0,
-                       {},
-                       {}});
+    else if (recorder) {
+        FileRecord missing;
+        missing.file = LoadReport::File::OverrideStrings;
+        missing.path = overridePath;
+        missing.outcome = LoadReport::Outcome::Missing;
+        recorder->Add(std::move(missing));
+    }
     PhaseTimePoint();
 
     state->Load(state->stringKeys, Path::Combine(settings.resourceDirectory, L"string.csv"),
