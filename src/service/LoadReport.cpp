@@ -152,7 +152,8 @@ std::wstring FormatLoadReport(const LoadReport& report) {
             out += L" (at byte " + std::to_wstring(*file.offset) + L")";
         out += L"\n  " + file.path + L"\n";
     }
-    if (report.state != LoadReport::State::NotBuilt && !report.fullStringsRead)
+    // Only a built service has a strings.xml to read later.
+    if (!report.files.empty() && !report.fullStringsRead)
         out += L"strings.xml: not read yet (read at the first look-up that needs it)\n";
     for (const LoadReport::SettingChange& change : report.changedSettings) {
         out += L"changed after construction: ";

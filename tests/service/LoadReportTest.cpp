@@ -114,7 +114,9 @@ TEST(LoadReport, WithATestServiceSaysSoAndBuildsNothing) {
         const LoadReport report = GetLoadReport();
         EXPECT_EQ(report.state, LoadReport::State::TestService);
         EXPECT_TRUE(report.files.empty());
-        EXPECT_NE(Framework::FormatLoadReport(report).find(L"test service"), std::wstring::npos);
+        const std::wstring text = Framework::FormatLoadReport(report);
+        EXPECT_NE(text.find(L"test service"), std::wstring::npos);
+        EXPECT_EQ(text.find(L"strings.xml"), std::wstring::npos) << "nothing built, nothing read";
     }
     EXPECT_EQ(platform.loadModuleCalls, 0);
     EXPECT_EQ(GetLoadReport().state, LoadReport::State::NotBuilt);
