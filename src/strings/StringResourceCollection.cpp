@@ -2,6 +2,7 @@
 // the full text file once, at the first look-up whose id the start-up texts lack.
 #include "strings/StringResourceCollection.h"
 
+#include "base/LoadRecord.h"
 #include "base/Settings.h"
 #include "base/Unicode.h"
 #include "platform/Path.h"
@@ -70,6 +71,30 @@ struct StringResourceCollection::State {
     std::mutex lock; // guards strings, overrides and fullStringsLoaded
     bool fullStringsLoaded = false;
     StringTable overrides;
+    LoadRecorder* recorder = nullptr; // records what is read, when the owner keeps a report
+
+    // Loads one start-up file, and records it when a report is kept.
+    void Load(StringTable& table, const QanStringT<wchar_t>& path, bool sort,
+              LoadReport::File file) {
+        if (!recorder) {
+            LoadXmlStringTable(table, path, sort);
+            return;
+        }
+        FileRecord record;
+        record.file = file;
+        LoadXmlStringTable(table, path, sort, &record);
+        recorder->Add(std::move(record));
+    }
+    void Load(StringTable& table, const QanStringT<wchar_t>& path, LoadReport::File file) {
+        if (!recorder) {
+            LoadCsvKeyTable(table, path);
+            return;
+        }
+        FileRecord record;
+        record.file = file;
+        LoadCsvKeyTable(table, path, &record);
+        recorder->Add(std::move(record));
+    }
 
     const StringTable* KeyTable(StringKind kind) const {
         switch (kind) {
@@ -91,8 +116,8 @@ struct StringResourceCollection::State {
     void LoadFullStrings() {
         PhaseTimePoint();
         // The directory is read now, so a change after construction moves the full file.
-        LoadXmlStringTable(
-            strings, TextFilePath(ProcessSettings().masterStringDirectory, L"strings"), false);
+        Load(strings, TextFilePath(ProcessSettings().masterStringDirectory, L"strings"), false,
+             LoadReport::File::FullStrings);
         fullStringsLoaded = true;
         try {
             MergeOverrides(strings, overrides);
@@ -103,29 +128,42 @@ struct StringResourceCollection::State {
     }
 };
 
-StringResourceCollection::StringResourceCollection() : state(std::make_unique<State>()) {
+StringResourceCollection::StringResourceCollection(LoadRecorder* recorder)
+    : state(std::make_unique<State>()) {
+    state->recorder = recorder;
     const Settings& settings = ProcessSettings();
     const Platform::IPlatform& platform = Platform::CurrentPlatform();
 
     PhaseTimePoint();
     // Not tested for existence: a missing start-up file simply leaves the table empty.
-    LoadXmlStringTable(state->strings,
-                       TextFilePath(settings.masterStringDirectory, L"startupstrings"), false);
+    state->Load(state->strings, TextFilePath(settings.masterStringDirectory, L"startupstrings"),
+                false, LoadReport::File::StartupStrings);
     PhaseTimePoint();
 
     // The override file may be in any order, so it is sorted here.
     const QanStringT<wchar_t> overridePath =
         Path::Combine(Path::Combine(settings.masterStringDirectory, L"override"), L"strings.xml");
     if (platform.Exists(overridePath))
-        LoadXmlStringTable(state->overrides, overridePath, true);
+        state->Load(state->overrides, overridePath, true, LoadReport::File::OverrideStrings);
+    else if (recorder) {
+        FileRecord missing;
+        missing.file = LoadReport::File::OverrideStrings;
+        missing.path = overridePath;
+        missing.outcome = LoadReport::Outcome::Missing;
+        recorder->Add(std::move(missing));
+    }
     PhaseTimePoint();
 
-    LoadCsvKeyTable(state->stringKeys, Path::Combine(settings.resourceDirectory, L"string.csv"));
-    LoadCsvKeyTable(state->captionKeys, Path::Combine(settings.resourceDirectory, L"caption.csv"));
-    LoadCsvKeyTable(state->tooltipHeaderKeys,
-                    Path::Combine(settings.resourceDirectory, L"tooltipHeader.csv"));
-    LoadCsvKeyTable(state->tooltipBodyKeys,
-                    Path::Combine(settings.resourceDirectory, L"tooltipBody.csv"));
+    state->Load(state->stringKeys, Path::Combine(settings.resourceDirectory, L"string.csv"),
+                LoadReport::File::StringKeys);
+    state->Load(state->captionKeys, Path::Combine(settings.resourceDirectory, L"caption.csv"),
+                LoadReport::File::CaptionKeys);
+    state->Load(state->tooltipHeaderKeys,
+                Path::Combine(settings.resourceDirectory, L"tooltipHeader.csv"),
+                LoadReport::File::TooltipHeaderKeys);
+    state->Load(state->tooltipBodyKeys,
+                Path::Combine(settings.resourceDirectory, L"tooltipBody.csv"),
+                LoadReport::File::TooltipBodyKeys);
     PhaseTimePoint();
 }
 
