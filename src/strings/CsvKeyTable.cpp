@@ -15,7 +15,7 @@ KeyTableScan ScanKeyTable(std::string_view bytes) {
     const char* const end = start + bytes.size();
     // The rows are gathered in a local vector and handed over at the end.
     std::vector<StringTableEntry> rows;
-    rows.reserve(bytes.size() / 74 + 100);
+    rows.reserve(EstimateLines(start, bytes.size()));
 
     // Two states: the key runs to the first comma, the id to the next line feed. The key
     // search looks past line feeds, so a line without a comma joins the next line's key;

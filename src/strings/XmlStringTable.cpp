@@ -17,7 +17,7 @@ StringFileScan ScanStringTextFile(std::string_view bytes) {
     const std::size_t size = bytes.size();
     // The rows are gathered in a local vector and handed over at the end.
     std::vector<StringTableEntry> rows;
-    rows.reserve(size / 85);
+    rows.reserve(EstimateLines(start, size));
 
     // Lines 1 and 2 (declaration and root start tag) hold quotes of their own and are
     // skipped unseen. The first search leaves out the last byte and the second ends one
