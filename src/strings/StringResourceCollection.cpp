@@ -11,6 +11,7 @@
 #include "strings/FindInTable.h"
 #include "strings/MergeOverrides.h"
 #include "strings/StringResourceLoadException.h"
+#include "strings/TableIndex.h"
 #include "strings/XmlStringTable.h"
 
 #include <chrono>
@@ -61,17 +62,35 @@ private:
 
 } // namespace
 
+// A table with the index that searches it as FindInTable would.
+struct IndexedTable {
+    StringTable table;
+    TableIndex index;
+
+    void Index() { index = TableIndex(table.entries); }
+    std::optional<QanStringViewT<char>> Find(QanStringViewT<char> key) const {
+        const std::optional<std::size_t> row = index.Find(table.entries, key);
+        if (!row)
+            return std::nullopt;
+        return table.entries[*row].text;
+    }
+};
+
 struct StringResourceCollection::State {
-    StringTable strings;
-    StringTable stringKeys;
-    StringTable captionKeys;
-    StringTable tooltipHeaderKeys;
-    StringTable tooltipBodyKeys;
+    IndexedTable strings;
+    IndexedTable stringKeys;
+    IndexedTable captionKeys;
+    IndexedTable tooltipHeaderKeys;
+    IndexedTable tooltipBodyKeys;
     std::mutex lock; // guards strings, overrides and fullStringsLoaded
     bool fullStringsLoaded = false;
-    StringTable overrides;
+    IndexedTable overrides;
+    // The start-up texts' bytes, kept when the full load replaces them: every text view
+    // ever found stays valid while the collection lives, so texts are decoded after the
+    // lock is released.
+    std::unique_ptr<char[]> startupBytes;
 
-    const StringTable* KeyTable(StringKind kind) const {
+    const IndexedTable* KeyTable(StringKind kind) const {
         switch (kind) {
         case String:
             return &stringKeys;
@@ -90,15 +109,20 @@ struct StringResourceCollection::State {
     // it. Attempted once: a file that cannot be read is not asked for again.
     void LoadFullStrings() {
         PhaseTimePoint();
+        // Kept even when the load fails: the rows then still point into these bytes.
+        startupBytes = std::move(strings.table.buffer);
         // The directory is read now, so a change after construction moves the full file.
-        LoadXmlStringTable(
-            strings, TextFilePath(ProcessSettings().masterStringDirectory, L"strings"), false);
+        LoadXmlStringTable(strings.table,
+                           TextFilePath(ProcessSettings().masterStringDirectory, L"strings"),
+                           false);
         fullStringsLoaded = true;
         try {
-            MergeOverrides(strings, overrides);
+            MergeOverrides(strings.table, overrides.table);
         } catch (const StringResourceLoadException&) {
             // The table stays as the merge left it; the look-up goes on.
         }
+        // The merge changes texts only, never ids, so the index is built once, after it.
+        strings.Index();
         PhaseTimePoint();
     }
 };
@@ -109,23 +133,30 @@ StringResourceCollection::StringResourceCollection() : state(std::make_unique<St
 
     PhaseTimePoint();
     // Not tested for existence: a missing start-up file simply leaves the table empty.
-    LoadXmlStringTable(state->strings,
+    LoadXmlStringTable(state->strings.table,
                        TextFilePath(settings.masterStringDirectory, L"startupstrings"), false);
+    state->strings.Index();
     PhaseTimePoint();
 
     // The override file may be in any order, so it is sorted here.
     const QanStringT<wchar_t> overridePath =
         Path::Combine(Path::Combine(settings.masterStringDirectory, L"override"), L"strings.xml");
     if (platform.Exists(overridePath))
-        LoadXmlStringTable(state->overrides, overridePath, true);
+        LoadXmlStringTable(state->overrides.table, overridePath, true);
+    state->overrides.Index();
     PhaseTimePoint();
 
-    LoadCsvKeyTable(state->stringKeys, Path::Combine(settings.resourceDirectory, L"string.csv"));
-    LoadCsvKeyTable(state->captionKeys, Path::Combine(settings.resourceDirectory, L"caption.csv"));
-    LoadCsvKeyTable(state->tooltipHeaderKeys,
+    LoadCsvKeyTable(state->stringKeys.table,
+                    Path::Combine(settings.resourceDirectory, L"string.csv"));
+    LoadCsvKeyTable(state->captionKeys.table,
+                    Path::Combine(settings.resourceDirectory, L"caption.csv"));
+    LoadCsvKeyTable(state->tooltipHeaderKeys.table,
                     Path::Combine(settings.resourceDirectory, L"tooltipHeader.csv"));
-    LoadCsvKeyTable(state->tooltipBodyKeys,
+    LoadCsvKeyTable(state->tooltipBodyKeys.table,
                     Path::Combine(settings.resourceDirectory, L"tooltipBody.csv"));
+    for (IndexedTable* keys : {&state->stringKeys, &state->captionKeys, &state->tooltipHeaderKeys,
+                               &state->tooltipBodyKeys})
+        keys->Index();
     PhaseTimePoint();
 }
 
@@ -134,35 +165,40 @@ StringResourceCollection::~StringResourceCollection() = default;
 std::optional<QanStringT<wchar_t>>
 StringResourceCollection::GetResource(const QanStringT<wchar_t>& key, StringKind kind) const {
     // The key tables never change after construction: searched without the lock.
-    const StringTable* keys = state->KeyTable(kind);
+    const IndexedTable* keys = state->KeyTable(kind);
     if (!keys)
         return std::nullopt;
     const NarrowKey narrowKey(key);
-    const std::optional<QanStringViewT<char>> id = FindInTable(*keys, narrowKey.View());
+    const std::optional<QanStringViewT<char>> id = keys->Find(narrowKey.View());
     if (!id)
         return std::nullopt;
 
-    // Held until the text is decoded: the lazy load replaces the buffer it points into.
-    std::lock_guard<std::mutex> guard(state->lock);
-    std::optional<QanStringViewT<char>> text = FindInTable(state->strings, *id);
-    if (text) {
-        // Before the full load the overrides are consulted for each id; afterwards they are
-        // merged into the table.
-        if (!state->fullStringsLoaded) {
-            if (const auto overridden = FindInTable(state->overrides, *id))
-                return DecodeStringText(*overridden);
+    // Held while the tables are searched (the lazy load replaces them); the bytes a found
+    // text points into are never released while the collection lives (the start-up bytes
+    // are kept at the load, the full and override tables are never replaced), so the text
+    // is decoded after the lock is released.
+    QanStringViewT<char> found;
+    {
+        std::lock_guard<std::mutex> guard(state->lock);
+        std::optional<QanStringViewT<char>> text = state->strings.Find(*id);
+        if (text) {
+            // Before the full load the overrides are consulted for each id; afterwards they
+            // are merged into the table.
+            if (!state->fullStringsLoaded) {
+                if (const auto overridden = state->overrides.Find(*id))
+                    text = overridden;
+            }
+        } else if (!state->fullStringsLoaded) {
+            state->LoadFullStrings();
+            text = state->strings.Find(*id);
         }
-        return DecodeStringText(*text);
+        // The key is this collection's, but its id has no text: answered, with an empty
+        // text, so that the service does not look elsewhere.
+        if (!text)
+            return QanStringT<wchar_t>();
+        found = *text;
     }
-    if (!state->fullStringsLoaded) {
-        state->LoadFullStrings();
-        text = FindInTable(state->strings, *id);
-        if (text)
-            return DecodeStringText(*text);
-    }
-    // The key is this collection's, but its id has no text: answered, with an empty text,
-    // so that the service does not look elsewhere.
-    return QanStringT<wchar_t>();
+    return DecodeStringText(found);
 }
 
 } // namespace Framework::Internal
