@@ -21,50 +21,79 @@ std::uint64_t KeyBits(QanStringViewT<char> key, std::size_t offset) noexcept {
 }
 
 // Rows left to the plain search below the index; a few rows share cache lines.
-constexpr std::size_t kRowsPerLeaf = 16;
-constexpr unsigned kMaxLevels = 20;
+constexpr std::size_t kRowsPerLeaf = 8;
+constexpr unsigned kMaxLevels = 22;
+constexpr std::uint32_t kNone = UINT32_MAX;
 
-// The row each node compares, in-order so that the rows are visited in ascending order.
-void CollectProbes(std::vector<std::uint32_t>& probes, std::size_t node, unsigned level,
-                   unsigned levels, std::size_t first, std::size_t length) {
+struct Probe {
+    std::uint32_t row = kNone;
+    std::uint32_t lower = kNone; // the bounding ancestors' rows: the last node passed on
+    std::uint32_t upper = kNone; // the right, and the last passed on the left
+};
+
+// The row each node compares and its bounds, in-order so that the rows are visited in
+// ascending order.
+void CollectProbes(std::vector<Probe>& probes, std::vector<std::uint32_t>& inOrder,
+                   std::size_t node, unsigned level, unsigned levels, std::size_t first,
+                   std::size_t length, std::uint32_t lower, std::uint32_t upper) {
     if (level == levels || length == 0)
         return;
     const std::size_t half = length / 2;
-    CollectProbes(probes, 2 * node, level + 1, levels, first, half);
-    probes[node] = static_cast<std::uint32_t>(first + half);
-    CollectProbes(probes, 2 * node + 1, level + 1, levels, first + half + 1, length - half - 1);
+    const auto row = static_cast<std::uint32_t>(first + half);
+    CollectProbes(probes, inOrder, 2 * node, level + 1, levels, first, half, lower, row);
+    probes[node] = {row, lower, upper};
+    inOrder.push_back(row);
+    CollectProbes(probes, inOrder, 2 * node + 1, level + 1, levels, first + half + 1,
+                  length - half - 1, row, upper);
+}
+
+std::size_t CommonPrefix(QanStringViewT<char> a, QanStringViewT<char> b) {
+    return static_cast<std::size_t>(std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first -
+                                    a.begin());
 }
 
 } // namespace
 
 TableIndex::TableIndex(const std::vector<StringTableEntry>& rows) {
     // Row numbers are kept in 32 bits: a file of at most 4 GiB - 1 bytes holds fewer rows.
-    if (rows.size() < 2 * kRowsPerLeaf || rows.size() > UINT32_MAX)
+    if (rows.size() < 2 * kRowsPerLeaf || rows.size() >= kNone)
         return;
     while (levels < kMaxLevels && (rows.size() >> levels) > kRowsPerLeaf)
         ++levels;
     const std::size_t slots = std::size_t{1} << levels;
-    constexpr std::uint32_t kNone = UINT32_MAX;
-    std::vector<std::uint32_t> probes(slots, kNone);
-    CollectProbes(probes, 1, 0, levels, 0, rows.size());
+    std::vector<Probe> probes(slots);
+    std::vector<std::uint32_t> inOrder;
+    inOrder.reserve(slots);
+    CollectProbes(probes, inOrder, 1, 0, levels, 0, rows.size(), kNone, kNone);
 
+    // The node keys in ascending row order (the in-order of the tree) are checked against
+    // each other, and their shared prefix is found on the way.
+    ordered = true;
     bool first = true;
-    for (std::size_t node = 1; node < slots; ++node) {
-        if (probes[node] == kNone)
-            continue;
-        const QanStringViewT<char> key = rows[probes[node]].key;
+    QanStringViewT<char> previous;
+    for (const std::uint32_t row : inOrder) {
+        const QanStringViewT<char> key = rows[row].key;
         if (first) {
             prefix.assign(key.data(), key.size());
             first = false;
         } else {
-            const auto differ = std::mismatch(prefix.begin(), prefix.end(), key.begin(), key.end());
-            prefix.resize(static_cast<std::size_t>(differ.first - prefix.begin()));
+            if (CompareKeys(previous, key) > 0)
+                ordered = false;
+            prefix.resize(CommonPrefix(prefix, key));
         }
+        previous = key;
     }
-    nodes.assign(slots, 0);
-    for (std::size_t node = 1; node < slots; ++node)
-        if (probes[node] != kNone)
-            nodes[node] = KeyBits(rows[probes[node]].key, prefix.size());
+
+    nodes.assign(slots, Node{0, 0});
+    for (std::size_t node = 1; node < slots; ++node) {
+        const Probe& probe = probes[node];
+        if (probe.row == kNone)
+            continue;
+        std::size_t offset = prefix.size();
+        if (ordered && probe.lower != kNone && probe.upper != kNone)
+            offset = std::max(offset, CommonPrefix(rows[probe.lower].key, rows[probe.upper].key));
+        nodes[node] = {KeyBits(rows[probe.row].key, offset), static_cast<std::uint32_t>(offset)};
+    }
 }
 
 std::optional<std::size_t> TableIndex::Find(const std::vector<StringTableEntry>& rows,
@@ -74,21 +103,24 @@ std::optional<std::size_t> TableIndex::Find(const std::vector<StringTableEntry>&
     if (levels > 0) {
         // A key without the shared prefix compares alike with every node: a value below or
         // above all of them sends it one way, and an equal value falls back to the bytes.
-        std::uint64_t wanted;
-        const auto differ = std::mismatch(prefix.begin(), prefix.end(), key.begin(), key.end());
-        if (differ.first == prefix.end())
-            wanted = KeyBits(key, prefix.size());
-        else if (differ.second == key.end() || static_cast<unsigned char>(*differ.second) <
-                                                   static_cast<unsigned char>(*differ.first))
-            wanted = 0;
-        else
-            wanted = UINT64_MAX;
+        std::uint64_t outside = 0;
+        bool inside = true;
+        if (!prefix.empty()) {
+            const auto differ = std::mismatch(prefix.begin(), prefix.end(), key.begin(), key.end());
+            if (differ.first != prefix.end()) {
+                inside = false;
+                if (differ.second != key.end() && static_cast<unsigned char>(*differ.second) >
+                                                      static_cast<unsigned char>(*differ.first))
+                    outside = UINT64_MAX;
+            }
+        }
         std::size_t node = 1;
         for (unsigned level = 0; level < levels && length > 0; ++level) {
             const std::size_t half = length / 2;
-            const std::uint64_t bits = nodes[node];
+            const Node& at = nodes[node];
+            const std::uint64_t wanted = inside ? KeyBits(key, at.offset) : outside;
             const bool rowLess =
-                bits != wanted ? bits < wanted : CompareKeys(rows[first + half].key, key) < 0;
+                at.bits != wanted ? at.bits < wanted : CompareKeys(rows[first + half].key, key) < 0;
             if (rowLess) {
                 first += half + 1;
                 length -= half + 1;

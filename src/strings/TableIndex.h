@@ -15,8 +15,14 @@ namespace Framework::Internal {
 // The search makes exactly the decisions of FindInTable's lower bound: each node stands for
 // the row that the lower bound would compare at that step, whatever the row order. A table
 // that is unsorted or holds equal keys is therefore answered as the plain search answers
-// it. A node keeps the eight key bytes after the prefix that all node keys share; only when
-// those bytes equal the wanted key's are the row's key bytes compared.
+// it. A node keeps eight of its key's bytes; only when they equal the wanted key's bytes
+// at the same place are the row's key bytes compared.
+//
+// Which eight: when the node keys are in order (checked as the index is built), a wanted
+// key that reached a node lies between the node's two bounding ancestors and so shares
+// their common prefix with the node's key; the node keeps the eight bytes after that
+// prefix, which tell keys apart even deep in the tree where they share long prefixes.
+// Otherwise every node keeps the eight bytes after the prefix that all node keys share.
 class TableIndex {
 public:
     TableIndex() = default;
@@ -29,8 +35,13 @@ public:
                                     QanStringViewT<char> key) const;
 
 private:
-    std::vector<std::uint64_t> nodes; // breadth-first, the root at 1; slot 0 unused
-    std::string prefix;               // shared by every node's key
+    struct Node {
+        std::uint64_t bits;   // eight key bytes from offset, big-endian, zero-filled
+        std::uint32_t offset; // the prefix the wanted key shares with the node's key
+    };
+    std::vector<Node> nodes; // breadth-first, the root at 1; slot 0 unused
+    std::string prefix;      // shared by every node's key, when the node keys are unordered
+    bool ordered = false;
     unsigned levels = 0;
 };
 
