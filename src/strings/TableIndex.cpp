@@ -4,6 +4,7 @@
 #include "strings/TableIndex.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace Framework::Internal {
 namespace {
@@ -84,15 +85,25 @@ TableIndex::TableIndex(const std::vector<StringTableEntry>& rows) {
         previous = key;
     }
 
-    nodes.assign(slots, Node{0, 0});
+    nodes.assign(slots, Node{0, 0, 0, 0, 0});
     for (std::size_t node = 1; node < slots; ++node) {
         const Probe& probe = probes[node];
         if (probe.row == kNone)
             continue;
-        std::size_t offset = prefix.size();
-        if (ordered && probe.lower != kNone && probe.upper != kNone)
-            offset = std::max(offset, CommonPrefix(rows[probe.lower].key, rows[probe.upper].key));
-        nodes[node] = {KeyBits(rows[probe.row].key, offset), static_cast<std::uint32_t>(offset)};
+        const QanStringViewT<char> key = rows[probe.row].key;
+        Node& at = nodes[node];
+        at.length = static_cast<std::uint32_t>(key.size());
+        if (!ordered) {
+            at.lowCommon = static_cast<std::uint32_t>(prefix.size());
+            at.lowBits = KeyBits(key, prefix.size());
+            continue;
+        }
+        if (probe.lower != kNone)
+            at.lowCommon = static_cast<std::uint32_t>(CommonPrefix(rows[probe.lower].key, key));
+        if (probe.upper != kNone)
+            at.highCommon = static_cast<std::uint32_t>(CommonPrefix(key, rows[probe.upper].key));
+        at.lowBits = KeyBits(key, at.lowCommon);
+        at.highBits = KeyBits(key, at.highCommon);
     }
 }
 
@@ -100,27 +111,79 @@ std::optional<std::size_t> TableIndex::Find(const std::vector<StringTableEntry>&
                                             QanStringViewT<char> key) const {
     std::size_t first = 0;
     std::size_t length = rows.size();
-    if (levels > 0) {
-        // A key without the shared prefix compares alike with every node: a value below or
-        // above all of them sends it one way, and an equal value falls back to the bytes.
-        std::uint64_t outside = 0;
-        bool inside = true;
-        if (!prefix.empty()) {
-            const auto differ = std::mismatch(prefix.begin(), prefix.end(), key.begin(), key.end());
-            if (differ.first != prefix.end()) {
-                inside = false;
-                if (differ.second != key.end() && static_cast<unsigned char>(*differ.second) >
-                                                      static_cast<unsigned char>(*differ.first))
-                    outside = UINT64_MAX;
-            }
-        }
+    if (levels > 0 && ordered) {
+        // The bytes the wanted key shares with the last node passed on the right (low) and
+        // on the left (high); it lies between those two nodes.
+        std::size_t low = 0, high = 0;
         std::size_t node = 1;
         for (unsigned level = 0; level < levels && length > 0; ++level) {
             const std::size_t half = length / 2;
             const Node& at = nodes[node];
-            const std::uint64_t wanted = inside ? KeyBits(key, at.offset) : outside;
+            bool rowLess;
+            std::size_t common; // shared by the wanted key and the node's key
+            if (at.lowCommon > low) {
+                // The node agrees with the low bound where the wanted key leaves it upwards.
+                rowLess = true;
+                common = low;
+            } else if (at.highCommon > high) {
+                rowLess = false;
+                common = high;
+            } else if (at.lowCommon < low) {
+                // The node leaves the low bound upwards where the wanted key still follows it.
+                rowLess = false;
+                common = at.lowCommon;
+            } else if (at.highCommon < high) {
+                rowLess = true;
+                common = at.highCommon;
+            } else {
+                // Both agree with the bounds as far as the wanted key does: compared from there.
+                const std::size_t from = std::max(low, high);
+                const std::uint64_t bits = low >= high ? at.lowBits : at.highBits;
+                const std::uint64_t wanted = KeyBits(key, from);
+                if (bits != wanted) {
+                    rowLess = bits < wanted;
+                    const auto same = static_cast<std::size_t>(std::countl_zero(bits ^ wanted) / 8);
+                    common = from + std::min({same, at.length - from, key.size() - from});
+                } else {
+                    const QanStringViewT<char> rowKey = rows[first + half].key;
+                    common = CommonPrefix(rowKey, key);
+                    rowLess =
+                        common == rowKey.size()
+                            ? common < key.size()
+                            : common < key.size() && static_cast<unsigned char>(rowKey[common]) <
+                                                         static_cast<unsigned char>(key[common]);
+                }
+            }
+            if (rowLess) {
+                low = common;
+                first += half + 1;
+                length -= half + 1;
+                node = 2 * node + 1;
+            } else {
+                high = common;
+                length = half;
+                node = 2 * node;
+            }
+        }
+    } else if (levels > 0) {
+        // A key without the shared prefix compares alike with every node: a value below or
+        // above all of them sends it one way, and an equal value falls back to the bytes.
+        std::uint64_t outside = 0;
+        bool inside = true;
+        const auto differ = std::mismatch(prefix.begin(), prefix.end(), key.begin(), key.end());
+        if (differ.first != prefix.end()) {
+            inside = false;
+            if (differ.second != key.end() && static_cast<unsigned char>(*differ.second) >
+                                                  static_cast<unsigned char>(*differ.first))
+                outside = UINT64_MAX;
+        }
+        const std::uint64_t wanted = inside ? KeyBits(key, prefix.size()) : outside;
+        std::size_t node = 1;
+        for (unsigned level = 0; level < levels && length > 0; ++level) {
+            const std::size_t half = length / 2;
+            const std::uint64_t bits = nodes[node].lowBits;
             const bool rowLess =
-                at.bits != wanted ? at.bits < wanted : CompareKeys(rows[first + half].key, key) < 0;
+                bits != wanted ? bits < wanted : CompareKeys(rows[first + half].key, key) < 0;
             if (rowLess) {
                 first += half + 1;
                 length -= half + 1;

@@ -18,11 +18,13 @@ namespace Framework::Internal {
 // it. A node keeps eight of its key's bytes; only when they equal the wanted key's bytes
 // at the same place are the row's key bytes compared.
 //
-// Which eight: when the node keys are in order (checked as the index is built), a wanted
-// key that reached a node lies between the node's two bounding ancestors and so shares
-// their common prefix with the node's key; the node keeps the eight bytes after that
-// prefix, which tell keys apart even deep in the tree where they share long prefixes.
-// Otherwise every node keeps the eight bytes after the prefix that all node keys share.
+// Which eight: when the node keys are in order (checked as the index is built), the walk
+// keeps how many leading bytes the wanted key shares with the last node it passed on each
+// side, and each node keeps how many it shares with those two bounding nodes and its eight
+// bytes after each of those prefixes. Comparing those counts decides most steps without a
+// byte of the node's key (the search of sorted strings by longest common prefixes), and the
+// rest from the eight bytes past what the keys are known to share. Otherwise every node
+// keeps the eight bytes after the prefix that all node keys share.
 class TableIndex {
 public:
     TableIndex() = default;
@@ -36,8 +38,11 @@ public:
 
 private:
     struct Node {
-        std::uint64_t bits;   // eight key bytes from offset, big-endian, zero-filled
-        std::uint32_t offset; // the prefix the wanted key shares with the node's key
+        std::uint64_t lowBits;    // eight key bytes from lowCommon, big-endian, zero-filled
+        std::uint64_t highBits;   // eight key bytes from highCommon
+        std::uint32_t lowCommon;  // prefix shared with the bounding node below (0: none)
+        std::uint32_t highCommon; // prefix shared with the bounding node above (0: none)
+        std::uint32_t length;     // of the key
     };
     std::vector<Node> nodes; // breadth-first, the root at 1; slot 0 unused
     std::string prefix;      // shared by every node's key, when the node keys are unordered
