@@ -54,6 +54,10 @@ void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path) {
         return;
 
     KeyTableScan scan = ScanKeyTable(std::string_view(data.get(), static_cast<std::size_t>(size)));
+    // A table lives as long as its collection: rows reserved far beyond the estimate are
+    // given back (a copy, only when the estimate was well off).
+    if (scan.rows.capacity() > scan.rows.size() + scan.rows.size() / 8 + 64)
+        scan.rows.shrink_to_fit();
     table.entries = std::move(scan.rows);
     table.buffer = std::move(data);
 }

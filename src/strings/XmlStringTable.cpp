@@ -89,6 +89,10 @@ void LoadXmlStringTable(StringTable& table, const QanStringT<wchar_t>& path, boo
 
     if (sort)
         std::sort(scan.rows.begin(), scan.rows.end(), EntryKeyLess{});
+    // A table lives as long as its collection: rows reserved far beyond the estimate are
+    // given back (a copy, only when the estimate was well off).
+    if (scan.rows.capacity() > scan.rows.size() + scan.rows.size() / 8 + 64)
+        scan.rows.shrink_to_fit();
     table.entries = std::move(scan.rows);
     table.buffer = std::move(data);
 }
