@@ -68,12 +68,23 @@ struct IndexedTable {
     TableIndex index;
 
     void Index() { index = TableIndex(table.entries); }
+    std::optional<std::size_t> FindRow(QanStringViewT<char> key) const {
+        return index.Find(table.entries, key);
+    }
     std::optional<QanStringViewT<char>> Find(QanStringViewT<char> key) const {
-        const std::optional<std::size_t> row = index.Find(table.entries, key);
+        const std::optional<std::size_t> row = FindRow(key);
         if (!row)
             return std::nullopt;
         return table.entries[*row].text;
     }
+};
+
+// After the full load, each key row's text row, found at the key's first hit and kept:
+// 0 while unknown, kNoText when the id has no text, otherwise the text row + 1 (a row
+// takes at least four bytes of a file below 4 GiB, so the numbers fit).
+constexpr std::uint32_t kNoText = UINT32_MAX;
+struct TextRows {
+    std::unique_ptr<std::uint32_t[]> rows; // one per key row, made at the first hit
 };
 
 struct StringResourceCollection::State {
@@ -89,6 +100,8 @@ struct StringResourceCollection::State {
     // ever found stays valid while the collection lives, so texts are decoded after the
     // lock is released.
     std::unique_ptr<char[]> startupBytes;
+    // Per key table (in StringKind order), under the lock, once the full file is loaded.
+    TextRows textRows[4];
 
     const IndexedTable* KeyTable(StringKind kind) const {
         switch (kind) {
@@ -169,9 +182,10 @@ StringResourceCollection::GetResource(const QanStringT<wchar_t>& key, StringKind
     if (!keys)
         return std::nullopt;
     const NarrowKey narrowKey(key);
-    const std::optional<QanStringViewT<char>> id = keys->Find(narrowKey.View());
-    if (!id)
+    const std::optional<std::size_t> keyRow = keys->FindRow(narrowKey.View());
+    if (!keyRow)
         return std::nullopt;
+    const QanStringViewT<char> id = keys->table.entries[*keyRow].text;
 
     // Held while the tables are searched (the lazy load replaces them); the bytes a found
     // text points into are never released while the collection lives (the start-up bytes
@@ -180,17 +194,27 @@ StringResourceCollection::GetResource(const QanStringT<wchar_t>& key, StringKind
     QanStringViewT<char> found;
     {
         std::lock_guard<std::mutex> guard(state->lock);
-        std::optional<QanStringViewT<char>> text = state->strings.Find(*id);
-        if (text) {
+        std::optional<QanStringViewT<char>> text;
+        if (state->fullStringsLoaded) {
+            // The full table no longer changes: the key row's text row is searched once.
+            std::unique_ptr<std::uint32_t[]>& known = state->textRows[kind].rows;
+            if (!known)
+                known = std::make_unique<std::uint32_t[]>(keys->table.entries.size());
+            std::uint32_t& slot = known[*keyRow];
+            if (slot == 0) {
+                const std::optional<std::size_t> row = state->strings.FindRow(id);
+                slot = row ? static_cast<std::uint32_t>(*row + 1) : kNoText;
+            }
+            if (slot != kNoText)
+                text = state->strings.table.entries[slot - 1].text;
+        } else if ((text = state->strings.Find(id))) {
             // Before the full load the overrides are consulted for each id; afterwards they
             // are merged into the table.
-            if (!state->fullStringsLoaded) {
-                if (const auto overridden = state->overrides.Find(*id))
-                    text = overridden;
-            }
-        } else if (!state->fullStringsLoaded) {
+            if (const auto overridden = state->overrides.Find(id))
+                text = overridden;
+        } else {
             state->LoadFullStrings();
-            text = state->strings.Find(*id);
+            text = state->strings.Find(id);
         }
         // The key is this collection's, but its id has no text: answered, with an empty
         // text, so that the service does not look elsewhere.

@@ -22,7 +22,7 @@ std::uint64_t KeyBits(QanStringViewT<char> key, std::size_t offset) noexcept {
 }
 
 // Rows left to the plain search below the index; a few rows share cache lines.
-constexpr std::size_t kRowsPerLeaf = 8;
+constexpr std::size_t kRowsPerLeaf = 16;
 constexpr unsigned kMaxLevels = 22;
 constexpr std::uint32_t kNone = UINT32_MAX;
 
