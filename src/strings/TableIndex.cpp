@@ -80,8 +80,14 @@ TableIndex::TableIndex(const std::vector<StringTableEntry>& rows) {
     ordered = true;
     bool first = true;
     QanStringViewT<char> previous;
-    for (const std::uint32_t node : inOrder) {
-        const QanStringViewT<char> key = rows[probes[node].row].key;
+    // The rows are far apart, so they and then their keys are asked for some nodes ahead.
+    constexpr std::size_t kRowsAhead = 16, kKeysAhead = 8;
+    for (std::size_t i = 0; i < inOrder.size(); ++i) {
+        if (i + kRowsAhead < inOrder.size())
+            Prefetch(&rows[probes[inOrder[i + kRowsAhead]].row]);
+        if (i + kKeysAhead < inOrder.size())
+            Prefetch(rows[probes[inOrder[i + kKeysAhead]].row].key.data());
+        const QanStringViewT<char> key = rows[probes[inOrder[i]].row].key;
         if (first) {
             prefix.assign(key.data(), key.size());
             first = false;
