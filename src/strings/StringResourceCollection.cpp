@@ -79,6 +79,20 @@ struct IndexedTable {
     }
 };
 
+// A key table with its index, built at the table's first look-up (the key tables are read
+// at construction, and a kind that is never asked for never pays for its index). Searched
+// without the collection's lock: the once-flag orders the build before every search.
+struct KeyTable {
+    StringTable table;
+    mutable TableIndex index;
+    mutable std::once_flag indexed;
+
+    std::optional<std::size_t> FindRow(QanStringViewT<char> key) const {
+        std::call_once(indexed, [this] { index = TableIndex(table.entries); });
+        return index.Find(table.entries, key);
+    }
+};
+
 // After the full load, each key row's text row, found at the key's first hit and kept:
 // 0 while unknown, kNoText when the id has no text, otherwise the text row + 1 (a row
 // takes at least four bytes of a file below 4 GiB, so the numbers fit).
@@ -89,10 +103,10 @@ struct TextRows {
 
 struct StringResourceCollection::State {
     IndexedTable strings;
-    IndexedTable stringKeys;
-    IndexedTable captionKeys;
-    IndexedTable tooltipHeaderKeys;
-    IndexedTable tooltipBodyKeys;
+    KeyTable stringKeys;
+    KeyTable captionKeys;
+    KeyTable tooltipHeaderKeys;
+    KeyTable tooltipBodyKeys;
     std::mutex lock; // guards strings, overrides and fullStringsLoaded
     bool fullStringsLoaded = false;
     IndexedTable overrides;
@@ -103,7 +117,7 @@ struct StringResourceCollection::State {
     // Per key table (in StringKind order), under the lock, once the full file is loaded.
     TextRows textRows[4];
 
-    const IndexedTable* KeyTable(StringKind kind) const {
+    const KeyTable* KeysOf(StringKind kind) const {
         switch (kind) {
         case String:
             return &stringKeys;
@@ -167,9 +181,6 @@ StringResourceCollection::StringResourceCollection() : state(std::make_unique<St
                     Path::Combine(settings.resourceDirectory, L"tooltipHeader.csv"));
     LoadCsvKeyTable(state->tooltipBodyKeys.table,
                     Path::Combine(settings.resourceDirectory, L"tooltipBody.csv"));
-    for (IndexedTable* keys : {&state->stringKeys, &state->captionKeys, &state->tooltipHeaderKeys,
-                               &state->tooltipBodyKeys})
-        keys->Index();
     PhaseTimePoint();
 }
 
@@ -178,7 +189,7 @@ StringResourceCollection::~StringResourceCollection() = default;
 std::optional<QanStringT<wchar_t>>
 StringResourceCollection::GetResource(const QanStringT<wchar_t>& key, StringKind kind) const {
     // The key tables never change after construction: searched without the lock.
-    const IndexedTable* keys = state->KeyTable(kind);
+    const KeyTable* keys = state->KeysOf(kind);
     if (!keys)
         return std::nullopt;
     const NarrowKey narrowKey(key);
