@@ -16,7 +16,7 @@ KeyTableScan ScanKeyTable(std::string_view bytes) {
     const char* const end = start + bytes.size();
     // The rows are gathered in a local vector and handed over at the end.
     std::vector<StringTableEntry> rows;
-    rows.reserve(bytes.size() / 74 + 100);
+    rows.reserve(EstimateLines(start, bytes.size()));
 
     // Two states: the key runs to the first comma, the id to the next line feed. The key
     // search looks past line feeds, so a line without a comma joins the next line's key;
@@ -72,6 +72,10 @@ void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path,
         if (scan.end != KeyScanEnd::EndOfBytes)
             record->offset = scan.droppedOffset;
     }
+    // A table lives as long as its collection: rows reserved far beyond the estimate are
+    // given back (a copy, only when the estimate was well off).
+    if (scan.rows.capacity() > scan.rows.size() + scan.rows.size() / 8 + 64)
+        scan.rows.shrink_to_fit();
     table.entries = std::move(scan.rows);
     table.buffer = std::move(data);
 }

@@ -18,7 +18,7 @@ StringFileScan ScanStringTextFile(std::string_view bytes) {
     const std::size_t size = bytes.size();
     // The rows are gathered in a local vector and handed over at the end.
     std::vector<StringTableEntry> rows;
-    rows.reserve(size / 85);
+    rows.reserve(EstimateLines(start, size));
 
     // Lines 1 and 2 (declaration and root start tag) hold quotes of their own and are
     // skipped unseen. The first search leaves out the last byte and the second ends one
@@ -125,6 +125,10 @@ void LoadXmlStringTable(StringTable& table, const QanStringT<wchar_t>& path, boo
 
     if (sort)
         std::sort(scan.rows.begin(), scan.rows.end(), EntryKeyLess{});
+    // A table lives as long as its collection: rows reserved far beyond the estimate are
+    // given back (a copy, only when the estimate was well off).
+    if (scan.rows.capacity() > scan.rows.size() + scan.rows.size() / 8 + 64)
+        scan.rows.shrink_to_fit();
     table.entries = std::move(scan.rows);
     table.buffer = std::move(data);
 }
