@@ -46,6 +46,31 @@ std::uint64_t EqualRangeFirst(const CursorTable& table, const QanStringT<wchar_t
     return table.Size();
 }
 
+void DescribeTable(LoadReport::FileRecord& report, const CursorTable& table, std::size_t size) {
+    report.bytes = size;
+    report.rows = table.Size();
+    switch (table.stop) {
+    case CursorTableStop::Complete:
+        return;
+    case CursorTableStop::TrailingBytes:
+        report.reason = L"bytes after the last cursor are not read";
+        break;
+    case CursorTableStop::NoCount:
+        report.reason = L"no cursor table (fewer than four bytes)";
+        break;
+    case CursorTableStop::NoNameLength:
+        report.reason = L"the data ends inside a name's length; the rest are blank";
+        break;
+    case CursorTableStop::NameTooLong:
+        report.reason = L"a name runs past the end of the data; the rest are blank";
+        break;
+    case CursorTableStop::NoId:
+        report.reason = L"the data ends inside an id; the rest are blank";
+        break;
+    }
+    report.offset = table.stopOffset;
+}
+
 } // namespace
 
 struct CursorResourceCollection::Record {
@@ -73,12 +98,22 @@ CursorResourceCollection::GetResource(const QanStringT<wchar_t>& key) const {
     return hit;
 }
 
-void CursorResourceCollection::LoadFromModule(HINSTANCE module) {
+void CursorResourceCollection::LoadFromModule(HINSTANCE module, LoadReport::FileRecord* report) {
     record->module = module;
+    if (report) {
+        report->path = L"QanIcons.dll";
+        report->outcome = module ? LoadReport::Outcome::Read : LoadReport::Outcome::Missing;
+        if (!module)
+            report->reason = L"not found by the system's library search";
+    }
     if (!module)
         return;
     // No check that the resource exists: a missing one reads as an empty archive.
-    record->table = ReadCursorTable(Platform::CurrentPlatform().FindRawDataResource(module, 2));
+    const std::span<const std::byte> bytes =
+        Platform::CurrentPlatform().FindRawDataResource(module, 2);
+    record->table = ReadCursorTable(bytes);
+    if (report)
+        DescribeTable(*report, record->table, bytes.size());
 }
 
 } // namespace Framework::Internal

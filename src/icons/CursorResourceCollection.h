@@ -4,6 +4,8 @@
 
 #include "base/Collections.h"
 
+#include <framework/LoadReport.h>
+
 #include <memory>
 
 namespace Framework::Internal {
@@ -18,7 +20,8 @@ public:
 
     // Takes ownership of module (may be null) and, when it is loaded, reads its cursor
     // table. A negative stored count throws std::length_error, as sizing a vector does.
-    void LoadFromModule(HINSTANCE module);
+    // When record is given it receives what was read, for the load report.
+    void LoadFromModule(HINSTANCE module, LoadReport::FileRecord* record = nullptr);
 
 private:
     struct Record;

@@ -5,6 +5,7 @@
 
 #include "base/Unicode.h"
 #include "platform/Platform.h"
+#include "platform/UnreadFile.h"
 
 #include <expat.h>
 
@@ -158,13 +159,67 @@ IconMapScan ScanIconMap(std::string_view bytes, bool withSpans) {
     return scan;
 }
 
-void LoadIconMap(std::vector<IconMapEntry>& entries, const wchar_t* path) {
+namespace {
+
+const wchar_t* FaultText(IconMapFault fault) {
+    switch (fault) {
+    case IconMapFault::None:
+        break;
+    case IconMapFault::MalformedXml:
+        return L"malformed XML";
+    case IconMapFault::NestedMap:
+        return L"a map inside another map";
+    case IconMapFault::AttributeCount:
+        return L"a map without exactly one attribute";
+    case IconMapFault::AttributeName:
+        return L"a map whose attribute is not guid";
+    case IconMapFault::EmptyFileName:
+        return L"a map with an empty file name";
+    case IconMapFault::NoParser:
+        return L"no XML parser";
+    }
+    return L"";
+}
+
+void DescribeMapScan(LoadReport::FileRecord& record, const IconMapScan& scan, std::uint64_t size) {
+    record.bytes = size;
+    if (scan.Accepted()) {
+        record.outcome = LoadReport::Outcome::Read;
+        record.rows = scan.entries.size();
+        return;
+    }
+    // One fault empties the whole map.
+    record.outcome = LoadReport::Outcome::Refused;
+    record.rows = 0;
+    record.reason = FaultText(scan.fault);
+    if (!scan.detail.empty()) {
+        record.reason += L" (";
+        // The detail is the parser's ASCII message, an attribute name or a count.
+        for (const unsigned char c : scan.detail)
+            record.reason += static_cast<wchar_t>(c);
+        record.reason += L")";
+    }
+    if (scan.fault != IconMapFault::NoParser)
+        record.offset = scan.faultOffset;
+}
+
+} // namespace
+
+void LoadIconMap(std::vector<IconMapEntry>& entries, const wchar_t* path,
+                 LoadReport::FileRecord* record) {
     // A missing or unreadable file is the same as a rejected map: entries stay as they are.
     std::uint64_t size = 0;
     const auto bytes = Platform::CurrentPlatform().ReadFileInfoBuffer(path, size);
-    if (!bytes)
+    if (record)
+        record->path = path;
+    if (!bytes) {
+        if (record)
+            Platform::DescribeUnreadFile(*record, path);
         return;
+    }
     IconMapScan scan = ScanIconMap(std::string_view(bytes.get(), static_cast<std::size_t>(size)));
+    if (record)
+        DescribeMapScan(*record, scan, size);
     if (scan.Accepted())
         entries = std::move(scan.entries);
 }

@@ -4,6 +4,8 @@
 #include "base/Collections.h"
 #include "icons/IconMapScan.h"
 
+#include <framework/LoadReport.h>
+
 #include <memory>
 #include <vector>
 
@@ -24,8 +26,10 @@ private:
 };
 
 // Replaces entries with the map read from path (through ScanIconMap); a missing file or
-// a rejected map leaves entries as they were.
-void LoadIconMap(std::vector<IconMapEntry>& entries, const wchar_t* path);
+// a rejected map leaves entries as they were. When record is given it receives what was
+// read, for the load report.
+void LoadIconMap(std::vector<IconMapEntry>& entries, const wchar_t* path,
+                 LoadReport::FileRecord* record = nullptr);
 
 // The platform's own icon collection: always empty, and still asked by GetIcon.
 std::unique_ptr<IdCollection> LoadPlatformIconResourceCollection();

@@ -7,6 +7,12 @@ namespace {
 std::atomic<const IPlatform*> platformForTests{nullptr};
 } // namespace
 
+UnreadFile IPlatform::WhyUnread(const wchar_t* path) const {
+    if (!Exists(path))
+        return UnreadFile::Missing;
+    return IsFile(path) ? UnreadFile::Unreadable : UnreadFile::NotRegularFile;
+}
+
 const IPlatform& CurrentPlatform() {
     const IPlatform* installed = platformForTests.load(std::memory_order_acquire);
     return installed ? *installed : SystemPlatform();

@@ -29,6 +29,9 @@ inline constexpr std::uint64_t kMaxFileSize = 0xFFFF'FFFFu;
 // distances within it in std::size_t and std::ptrdiff_t.
 static_assert(kMaxFileSize < static_cast<std::uint64_t>(PTRDIFF_MAX));
 
+// Why ReadFileInfoBuffer gave no buffer, as the load report tells it.
+enum class UnreadFile { Missing, NotRegularFile, TooLarge, Unreadable };
+
 class IPlatform {
 public:
     virtual ~IPlatform() = default;
@@ -39,6 +42,9 @@ public:
     // waits on the file: what is no regular file is refused without being read.
     virtual std::unique_ptr<char[]> ReadFileInfoBuffer(const wchar_t* path,
                                                        std::uint64_t& size) const = 0;
+    // Asked only after a failed read, to report it. The default tells a missing path and
+    // one that is no regular file from the rest (a file that cannot be opened).
+    virtual UnreadFile WhyUnread(const wchar_t* path) const;
     virtual bool Exists(const QanStringT<wchar_t>& path) const = 0;
     virtual bool IsFile(const QanStringT<wchar_t>& path) const = 0;
     virtual bool IsFolder(const QanStringT<wchar_t>& path) const = 0;

@@ -85,6 +85,16 @@ public:
         return buffer;
     }
 
+    UnreadFile WhyUnread(const wchar_t* path) const override {
+        struct stat info {};
+        if (!StatPath(path, info))
+            return UnreadFile::Missing;
+        if (!S_ISREG(info.st_mode))
+            return UnreadFile::NotRegularFile;
+        if (info.st_size < 0 || static_cast<std::uint64_t>(info.st_size) > kMaxFileSize)
+            return UnreadFile::TooLarge;
+        return UnreadFile::Unreadable;
+    }
     bool Exists(const QanStringT<wchar_t>& path) const override {
         struct stat info {};
         return StatPath(path, info);

@@ -74,6 +74,16 @@ public:
         return buffer;
     }
 
+    UnreadFile WhyUnread(const wchar_t* path) const override {
+        WIN32_FILE_ATTRIBUTE_DATA data{};
+        if (!path || !*path || !::GetFileAttributesExW(path, GetFileExInfoStandard, &data))
+            return UnreadFile::Missing;
+        if (data.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE))
+            return UnreadFile::NotRegularFile;
+        const std::uint64_t size =
+            (static_cast<std::uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+        return size > kMaxFileSize ? UnreadFile::TooLarge : UnreadFile::Unreadable;
+    }
     bool Exists(const QanStringT<wchar_t>& path) const override {
         return Attributes(path) != INVALID_FILE_ATTRIBUTES;
     }

@@ -1,5 +1,6 @@
 #include "service/ResourcesImpl.h"
 
+#include "base/LoadRecord.h"
 #include "base/Settings.h"
 #include "icons/CursorResourceCollection.h"
 #include "icons/IconResourceCollection.h"
@@ -22,20 +23,30 @@ constexpr int kStockIconError = 80;
 constexpr int kStockIconInfo = 79;
 constexpr int kStockIconHelp = 23;
 
-std::unique_ptr<IdCollection> MakeIconCollection(const Settings& settings) {
+std::unique_ptr<IdCollection> MakeIconCollection(const Settings& settings, LoadRecorder& recorder) {
     auto icons = std::make_unique<IconResourceCollection>();
+    FileRecord record;
+    record.file = LoadReport::File::IconMap;
+    const auto path = Path::Combine(settings.resourceDirectory, L"icons.map.xml");
     // Whether the map is read depends on the icon directory, while the map itself lives
     // in the resource directory. Intended: hosts without icons skip the parse.
     if (!settings.iconDirectory.empty()) {
-        const auto path = Path::Combine(settings.resourceDirectory, L"icons.map.xml");
-        LoadIconMap(icons->Entries(), path.c_str());
+        LoadIconMap(icons->Entries(), path.c_str(), &record);
+    } else {
+        record.path = path;
+        record.outcome = LoadReport::Outcome::Skipped;
+        record.reason = L"no icon directory is set";
     }
+    recorder.Add(std::move(record));
     return icons;
 }
 
-std::unique_ptr<IdCollection> MakeCursorCollection() {
+std::unique_ptr<IdCollection> MakeCursorCollection(LoadRecorder& recorder) {
     auto cursors = std::make_unique<CursorResourceCollection>();
-    cursors->LoadFromModule(Platform::CurrentPlatform().LoadModule(L"QanIcons.dll"));
+    FileRecord record;
+    record.file = LoadReport::File::IconLibrary;
+    cursors->LoadFromModule(Platform::CurrentPlatform().LoadModule(L"QanIcons.dll"), &record);
+    recorder.Add(std::move(record));
     return cursors;
 }
 
@@ -72,10 +83,11 @@ QanStringT<wchar_t> ExtractKind(const QanStringT<wchar_t>& text, StringKind kind
 
 ResourcesImpl::ResourcesImpl() {
     const Settings& settings = ProcessSettings();
-    stringCollection = std::make_unique<StringResourceCollection>();
-    iconCollection = MakeIconCollection(settings);
+    recorder = std::make_unique<LoadRecorder>(settings);
+    stringCollection = std::make_unique<StringResourceCollection>(recorder.get());
+    iconCollection = MakeIconCollection(settings, *recorder);
     platformIconCollection = LoadPlatformIconResourceCollection();
-    cursorCollection = MakeCursorCollection();
+    cursorCollection = MakeCursorCollection(*recorder);
     legacyGuids = std::make_unique<LegacyGuidIndex>(BuildLegacyGuidIndex());
     legacyCollection = MakeLegacyCollection();
 }

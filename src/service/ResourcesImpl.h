@@ -10,6 +10,8 @@
 
 namespace Framework::Internal {
 
+class LoadRecorder;
+
 class ResourcesImpl final : public IResources {
 public:
     // Builds every collection from the settings as they stand, in a fixed order.
@@ -32,10 +34,16 @@ public:
     void AddLegacyResources(const wchar_t* component, const Resources::RegistrarMapEntry* entries,
                             int count, Resources::ResourceType type) const override;
 
+    // What the service read, for the load report; null for a service over given
+    // collections.
+    const LoadRecorder* Recorder() const { return recorder.get(); }
+
 private:
     StringLookup OwnStringLookup() const;
 
-    // Declaration order is construction order; destruction runs the other way.
+    // Declaration order is construction order; destruction runs the other way. The
+    // recorder comes first: the string collection records into it until destroyed.
+    std::unique_ptr<LoadRecorder> recorder;
     std::unique_ptr<StringCollection> stringCollection;
     std::unique_ptr<IdCollection> iconCollection;
     std::unique_ptr<IdCollection> platformIconCollection;
@@ -43,5 +51,10 @@ private:
     std::unique_ptr<LegacyGuidIndex> legacyGuids;
     std::unique_ptr<LegacyCollection> legacyCollection;
 };
+
+// The built-in service once it is built (null before), and whether a test service is
+// installed; neither builds anything. For the load report.
+const ResourcesImpl* BuiltService();
+bool TestServiceInstalled();
 
 } // namespace Framework::Internal

@@ -1,5 +1,6 @@
 target_sources(QanResourcesObjects PRIVATE
     service/IconPaths.cpp
+    service/LoadReport.cpp
     service/LegacyStringLoader.cpp
     service/Resources.cpp
     service/ResourcesImpl.cpp

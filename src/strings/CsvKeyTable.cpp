@@ -3,6 +3,7 @@
 #include "strings/CsvKeyTable.h"
 
 #include "platform/Platform.h"
+#include "platform/UnreadFile.h"
 #include "strings/ByteSearch.h"
 
 #include <cstdint>
@@ -15,7 +16,7 @@ KeyTableScan ScanKeyTable(std::string_view bytes) {
     const char* const end = start + bytes.size();
     // The rows are gathered in a local vector and handed over at the end.
     std::vector<StringTableEntry> rows;
-    rows.reserve(bytes.size() / 74 + 100);
+    rows.reserve(EstimateLines(start, bytes.size()));
 
     // Two states: the key runs to the first comma, the id to the next line feed. The key
     // search looks past line feeds, so a line without a comma joins the next line's key;
@@ -51,15 +52,36 @@ KeyTableScan ScanKeyTable(std::string_view bytes) {
     return scan;
 }
 
-void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path) {
+void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path,
+                     LoadReport::FileRecord* record) {
     std::uint64_t size = 0;
     std::unique_ptr<char[]> data =
         Platform::CurrentPlatform().ReadFileInfoBuffer(path.c_str(), size);
+    if (record)
+        record->path = path;
     // An unreadable file keeps the rows the table had, with the buffer they point into.
-    if (!data)
+    if (!data) {
+        if (record)
+            Platform::DescribeUnreadFile(*record, path.c_str());
         return;
+    }
 
     KeyTableScan scan = ScanKeyTable(std::string_view(data.get(), static_cast<std::size_t>(size)));
+    if (record) {
+        record->outcome = LoadReport::Outcome::Read;
+        record->bytes = size;
+        record->rows = scan.rows.size();
+        if (scan.end == KeyScanEnd::KeyWithoutId)
+            record->reason = L"a key without a comma: it and the rest are dropped";
+        else if (scan.end == KeyScanEnd::NoLineFeed)
+            record->reason = L"the last line has no line feed and is dropped";
+        if (scan.end != KeyScanEnd::EndOfBytes)
+            record->offset = scan.droppedOffset;
+    }
+    // A table lives as long as its collection: rows reserved far beyond the estimate are
+    // given back (a copy, only when the estimate was well off).
+    if (scan.rows.capacity() > scan.rows.size() + scan.rows.size() / 8 + 64)
+        scan.rows.shrink_to_fit();
     table.entries = std::move(scan.rows);
     table.buffer = std::move(data);
 }

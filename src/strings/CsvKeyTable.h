@@ -4,6 +4,8 @@
 
 #include "strings/StringTable.h"
 
+#include <framework/LoadReport.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -30,7 +32,9 @@ struct KeyTableScan {
 KeyTableScan ScanKeyTable(std::string_view bytes);
 
 // Fills table from the file at path. The rows are not sorted: the file must be in key
-// order. A file that cannot be read leaves the table as it was.
-void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path);
+// order. A file that cannot be read leaves the table as it was. When record is given it
+// receives what was read, for the load report (its file is the caller's).
+void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path,
+                     LoadReport::FileRecord* record = nullptr);
 
 } // namespace Framework::Internal

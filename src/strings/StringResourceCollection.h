@@ -8,11 +8,14 @@
 
 namespace Framework::Internal {
 
+class LoadRecorder;
+
 class StringResourceCollection final : public StringCollection {
 public:
     // Reads the start-up texts, the overrides and the four key tables from the
-    // directories set at this moment.
-    StringResourceCollection();
+    // directories set at this moment. A recorder, when given, receives a record of each
+    // file, and later of the full text file; it must outlive the collection.
+    explicit StringResourceCollection(LoadRecorder* recorder = nullptr);
     ~StringResourceCollection() override;
 
     std::optional<QanStringT<wchar_t>> GetResource(const QanStringT<wchar_t>& key,

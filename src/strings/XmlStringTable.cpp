@@ -3,6 +3,7 @@
 #include "strings/XmlStringTable.h"
 
 #include "platform/Platform.h"
+#include "platform/UnreadFile.h"
 #include "strings/ByteSearch.h"
 
 #include <algorithm>
@@ -17,7 +18,7 @@ StringFileScan ScanStringTextFile(std::string_view bytes) {
     const std::size_t size = bytes.size();
     // The rows are gathered in a local vector and handed over at the end.
     std::vector<StringTableEntry> rows;
-    rows.reserve(size / 85);
+    rows.reserve(EstimateLines(start, size));
 
     // Lines 1 and 2 (declaration and root start tag) hold quotes of their own and are
     // skipped unseen. The first search leaves out the last byte and the second ends one
@@ -71,24 +72,63 @@ StringFileScan ScanStringTextFile(std::string_view bytes) {
     return scan;
 }
 
-void LoadXmlStringTable(StringTable& table, const QanStringT<wchar_t>& path, bool sort) {
+namespace {
+
+void DescribeScan(LoadReport::FileRecord& record, const StringFileScan& scan, std::uint64_t size) {
+    record.outcome = LoadReport::Outcome::Read;
+    record.bytes = size;
+    record.rows = scan.rows.size();
+    switch (scan.end) {
+    case StringScanEnd::EndOfBytes:
+    case StringScanEnd::NoOpeningQuote: // the usual end, after the last element
+        return;
+    case StringScanEnd::TooFewLines:
+        record.outcome = LoadReport::Outcome::Refused;
+        record.rows = 0;
+        record.reason = L"fewer than two lines";
+        return;
+    case StringScanEnd::NoClosingQuote:
+        record.reason = L"a quote without its closing quote: it and the rest are dropped";
+        break;
+    case StringScanEnd::NoTextEnd:
+        record.reason = L"a text without its closing '<': it and the rest are dropped";
+        break;
+    }
+    record.offset = scan.endOffset;
+}
+
+} // namespace
+
+void LoadXmlStringTable(StringTable& table, const QanStringT<wchar_t>& path, bool sort,
+                        LoadReport::FileRecord* record) {
     std::uint64_t size = 0;
     std::unique_ptr<char[]> data =
         Platform::CurrentPlatform().ReadFileInfoBuffer(path.c_str(), size);
+    if (record)
+        record->path = path;
     // Whenever a load ends without new rows, the table keeps its rows together with the
     // buffer they point into, so that no row is ever left pointing at released bytes (a
     // full file that cannot be read keeps the start-up texts usable).
-    if (!data)
+    if (!data) {
+        if (record)
+            Platform::DescribeUnreadFile(*record, path.c_str());
         return;
+    }
 
     StringFileScan scan =
         ScanStringTextFile(std::string_view(data.get(), static_cast<std::size_t>(size)));
+    if (record)
+        DescribeScan(*record, scan, size);
     // Fewer than two lines: the table keeps what it had, as for an unreadable file.
     if (scan.end == StringScanEnd::TooFewLines)
         return;
 
     if (sort)
         std::sort(scan.rows.begin(), scan.rows.end(), EntryKeyLess{});
+    // A table lives as long as its collection: rows reserved far beyond the estimate are
+    // given back (a copy, only when the estimate was well off).
+    if (scan.rows.capacity() > scan.rows.size() + scan.rows.size() / 8 + 64)
+        scan.rows.shrink_to_fit();
     table.entries = std::move(scan.rows);
     table.buffer = std::move(data);
 }

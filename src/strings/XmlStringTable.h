@@ -4,6 +4,8 @@
 
 #include "strings/StringTable.h"
 
+#include <framework/LoadReport.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -36,7 +38,9 @@ struct StringFileScan {
 StringFileScan ScanStringTextFile(std::string_view bytes);
 
 // Fills table from the file at path; sorts the rows by id when sort is set. A file that
-// cannot be read, or holds fewer than two lines, leaves the table as it was.
-void LoadXmlStringTable(StringTable& table, const QanStringT<wchar_t>& path, bool sort);
+// cannot be read, or holds fewer than two lines, leaves the table as it was. When record
+// is given it receives what was read, for the load report (its file is the caller's).
+void LoadXmlStringTable(StringTable& table, const QanStringT<wchar_t>& path, bool sort,
+                        LoadReport::FileRecord* record = nullptr);
 
 } // namespace Framework::Internal

@@ -4,6 +4,7 @@ target_sources(QanResourcesObjects PRIVATE
     strings/FindInTable.cpp
     strings/MergeOverrides.cpp
     strings/StringResourceCollection.cpp
+    strings/TableIndex.cpp
     strings/UnescapeControl.cpp
     strings/XmlEntities.cpp
     strings/XmlStringTable.cpp)

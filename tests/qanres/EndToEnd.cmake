@@ -124,3 +124,12 @@ if(QANRES_MSGFMT AND QANRES_MSGUNFMT AND NOT CMAKE_CROSSCOMPILING)
 else()
     message(STATUS "qanres: msgfmt or msgunfmt not found: the real-catalogue test is left out")
 endif()
+
+# The load report: every file of the examples read; a directory with a one-line start-up
+# file, a key without its id and a nested icon map names each refusal and exits 1.
+set(wrong ${CMAKE_CURRENT_SOURCE_DIR}/data/report-wrong)
+set(wrongSettings "--master-strings|${wrong}|--resources|${wrong}|--icons|${wrong}")
+qanres_tool_test(report.examples 0 report-examples.txt ${settings} report)
+qanres_tool_test(report.wrong 1 report-wrong.txt ${wrongSettings} report)
+qanres_tool_test(report.wrong-json 1 report-wrong-json.txt ${wrongSettings} report --format json)
+qanres_tool_test(report.bad-format 2 "" report --format yaml)

@@ -99,20 +99,23 @@ TEST(LintNames, FilesTheLibraryNeverReadsAndDirectoriesWithoutAnyAreReported) {
         Lint({.directories = {{root.Path() / "res", "res"}, {root.Path() / "empty", "empty"}},
               .resources = {},
               .languages = {}});
-    EXPECT_EQ(
-        Lines(outcome.findings, ""),
-        (std::vector<std::string>{
-            "empty: error: no resource file here or below: the library would read nothing (it "
-            "looks for startupstrings.xml, strings.xml, the key tables *.csv, icons.map.xml)",
-            "res: warning: no language given: the key tables' ids were not checked against texts "
-            "(name each language with --master-strings DIR)",
-            "res/Strings.xml: warning: the library reads 'strings.xml', with exactly that case, "
-            "and never this file: rename it",
-            "res/captions.csv: warning: unknown file: the library reads no file of this name; did "
-            "you mean 'caption.csv'?",
-            "res/notes.txt: warning: unknown file: the library reads no file of this name",
-            "res/tooltipheader.csv: warning: the library reads 'tooltipHeader.csv', with exactly "
-            "that case, and never this file: rename it"}));
+    std::vector<std::string> expected{
+        "empty: error: no resource file here or below: the library would read nothing (it "
+        "looks for startupstrings.xml, strings.xml, the key tables *.csv, icons.map.xml)",
+        "res: warning: no language given: the key tables' ids were not checked against texts "
+        "(name each language with --master-strings DIR)",
+        "res/Strings.xml: warning: the library reads 'strings.xml' and finds this file only "
+        "where names ignore case (Windows): rename it",
+        "res/captions.csv: warning: unknown file: the library reads no file of this name; did "
+        "you mean 'caption.csv'?",
+        "res/notes.txt: warning: unknown file: the library reads no file of this name",
+        "res/tooltipheader.csv: warning: the library reads 'tooltipHeader.csv' and finds this "
+        "file only where names ignore case (Windows): rename it"};
+#ifdef _WIN32
+    // Where names ignore case, Strings.xml is read as strings.xml: res holds a language.
+    std::erase_if(expected, [](const std::string& line) { return line.rfind("res: ", 0) == 0; });
+#endif
+    EXPECT_EQ(Lines(outcome.findings, ""), expected);
 }
 
 // The formats page lists every check that lint's help lists.

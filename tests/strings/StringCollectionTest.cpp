@@ -3,12 +3,16 @@
 #include "StringTestFiles.h"
 #include "base/Settings.h"
 #include "base/Unicode.h"
+#include "strings/DecodeStringText.h"
+#include "strings/FindInTable.h"
+#include "strings/MergeOverrides.h"
 #include "strings/StringResourceCollection.h"
 #include "support/FakePlatform.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <random>
 #include <thread>
 
 namespace {
@@ -145,6 +149,92 @@ TEST_F(StringCollection, ThreadsLookingUpDuringTheLazyLoadAllGetTheirTexts) {
     for (auto& thread : threads)
         thread.join();
     EXPECT_EQ(wrong, 0);
+}
+
+// Tables large enough to be searched through their index, out of order and with repeated
+// keys and ids: every answer, before and after the lazy load, is the one the plain binary
+// search gives over the same files (a key it misses in an unsorted table stays missed).
+TEST_F(StringCollection, UnsortedAndRepeatedRowsAnswerAsTheBinarySearch) {
+    std::mt19937 random(7);
+    const auto name = [](const char* kind, int n) { return kind + std::to_string(1000 + n); };
+    // Sorted, then disturbed: pairs swapped, and some keys and ids written twice.
+    const auto disturb = [&](Rows rows) {
+        std::sort(rows.begin(), rows.end());
+        for (int i = 0; i < 40; ++i)
+            std::swap(rows[random() % rows.size()], rows[random() % rows.size()]);
+        for (int i = 0; i < 40; ++i) {
+            const std::size_t at = random() % rows.size();
+            rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(at),
+                        {rows[at].first, rows[at].second + "-again"});
+        }
+        return rows;
+    };
+    Rows keyRows, startup, full, overrides;
+    for (int n = 0; n < 600; ++n) {
+        keyRows.emplace_back(name("key.", n), name("ID_", n % 550));
+        if (n % 3 == 0)
+            startup.emplace_back(name("ID_", n), "start-up " + std::to_string(n));
+        if (n % 5)
+            full.emplace_back(name("ID_", n), "full " + std::to_string(n));
+        if (n % 11 == 0)
+            overrides.emplace_back(name("ID_", n), "override " + std::to_string(n));
+    }
+    std::string csv;
+    for (const auto& [key, id] : disturb(keyRows))
+        csv += key + "," + id + "\n";
+    resources.Write("string.csv", csv);
+    const std::string startupFile = TextFile(disturb(startup)), fullFile = TextFile(disturb(full)),
+                      overrideFile = TextFile(disturb(overrides));
+    master.Write("startupstrings.xml", startupFile);
+    master.Write("strings.xml", fullFile);
+    master.Write("override/strings.xml", overrideFile);
+
+    // The plain searches over the same files, loaded as the collection loads them.
+    QanTest::TempDir copies;
+    const StringTable keys = Load(copies, csv, true);
+    const StringTable startupTable = Load(copies, startupFile, false);
+    StringTable overrideTable = Load(copies, overrideFile, false, true);
+    StringTable fullTable = Load(copies, fullFile, false);
+    MergeOverrides(fullTable, overrideTable);
+    const auto expected = [&](const std::string& key, bool loaded) -> Text {
+        const auto id = FindInTable(keys, key);
+        if (!id)
+            return std::nullopt;
+        if (!loaded) {
+            const auto text = FindInTable(startupTable, *id);
+            if (!text)
+                return std::nullopt; // would load the full file
+            return DecodeStringText(FindInTable(overrideTable, *id).value_or(*text));
+        }
+        const auto text = FindInTable(fullTable, *id);
+        return text ? DecodeStringText(*text) : std::wstring();
+    };
+
+    const StringResourceCollection strings;
+    const int built = platform.readFileCalls;
+    int asked = 0, missed = 0;
+    std::string loadingKey;
+    for (int n = 0; n < 620; ++n) {
+        const std::string key = name("key.", n);
+        const Text want = expected(key, false);
+        if (!want && FindInTable(keys, key)) {
+            loadingKey = key; // asked after the start-up texts
+            continue;
+        }
+        EXPECT_EQ(strings.GetResource(Framework::Utf8::Decode(key), String), want) << key;
+        ++asked;
+        missed += !want;
+    }
+    EXPECT_EQ(platform.readFileCalls, built) << "the start-up texts answered alone";
+    ASSERT_FALSE(loadingKey.empty());
+    EXPECT_GT(asked, 100);
+    EXPECT_GT(missed, 20); // keys past the table's end, and keys the disturbed order hides
+    for (int n = 0; n < 620; ++n) {
+        const std::string key = n == 0 ? loadingKey : name("key.", n);
+        EXPECT_EQ(strings.GetResource(Framework::Utf8::Decode(key), String), expected(key, true))
+            << key;
+    }
+    EXPECT_EQ(platform.readFileCalls, built + 1);
 }
 
 } // namespace

@@ -16,6 +16,9 @@ std::unique_ptr<char[]> FakePlatform::ReadFileInfoBuffer(const wchar_t* path,
     ++readFileCalls;
     return readFile ? readFile(path, size) : SystemPlatform().ReadFileInfoBuffer(path, size);
 }
+Framework::Platform::UnreadFile FakePlatform::WhyUnread(const wchar_t* path) const {
+    return SystemPlatform().WhyUnread(path);
+}
 bool FakePlatform::Exists(const QanStringT<wchar_t>& path) const {
     return SystemPlatform().Exists(path);
 }

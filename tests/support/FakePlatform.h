@@ -28,6 +28,7 @@ public:
 
     std::unique_ptr<char[]> ReadFileInfoBuffer(const wchar_t* path,
                                                std::uint64_t& size) const override;
+    Framework::Platform::UnreadFile WhyUnread(const wchar_t* path) const override;
     bool Exists(const QanStringT<wchar_t>& path) const override;
     bool IsFile(const QanStringT<wchar_t>& path) const override;
     bool IsFolder(const QanStringT<wchar_t>& path) const override;

@@ -75,7 +75,8 @@ void CheckNames(const LintDirectoryRef& dir, DiagnosticList& findings) {
         for (const char* known : kKnownFiles) {
             if (Lower(name) == Lower(known)) {
                 message = std::string("the library reads '") + known +
-                          "', with exactly that case, and never this file: rename it";
+                          "' and finds this file only where names ignore case (Windows): "
+                          "rename it";
                 break;
             }
             if (Distance(Lower(name), Lower(known)) <= 2) {

@@ -3,9 +3,11 @@
 #include "Lookups.h"
 
 #include "Escape.h"
+#include "Json.h"
 
 #include "base/Unicode.h"
 
+#include <framework/LoadReport.h>
 #include <framework/QanResources.h>
 
 #include <cstdio>
@@ -99,6 +101,55 @@ int StripMenu(unsigned flags, const std::string& text, bool escape, std::ostream
     QanStringT<wchar_t> wide = Wide(text);
     StripMenuText(wide, flags);
     return PrintText(wide, escape, out);
+}
+
+namespace {
+
+std::string Json(const std::wstring& text) {
+    return JsonString(Framework::Utf8::Encode(text));
+}
+
+// One object per file and per changed setting; names as the text report has them.
+void WriteJson(const Framework::LoadReport& report, std::ostream& out) {
+    using Framework::LoadReportName;
+    static const char* const states[] = {"not built", "test service", "built"};
+    out << "{\"state\": \"" << states[static_cast<int>(report.state)] << "\", \"files\": [";
+    const char* separator = "";
+    for (const auto& file : report.files) {
+        out << separator << "\n  {\"file\": " << Json(LoadReportName(file.file))
+            << ", \"path\": " << Json(file.path)
+            << ", \"outcome\": " << Json(LoadReportName(file.outcome))
+            << ", \"rows\": " << file.rows << ", \"bytes\": " << file.bytes
+            << ", \"reason\": " << Json(file.reason);
+        if (file.offset)
+            out << ", \"offset\": " << *file.offset;
+        out << "}";
+        separator = ",";
+    }
+    out << "],\n \"fullStringsRead\": " << (report.fullStringsRead ? "true" : "false")
+        << ", \"changedSettings\": [";
+    separator = "";
+    for (const auto& change : report.changedSettings) {
+        out << separator << "\n  {\"setting\": " << Json(LoadReportName(change.setting))
+            << ", \"atConstruction\": " << Json(change.atConstruction)
+            << ", \"now\": " << Json(change.now)
+            << ", \"takesEffect\": " << (change.takesEffect ? "true" : "false")
+            << ", \"effect\": " << Json(change.effect) << "}";
+        separator = ",";
+    }
+    out << "]}\n";
+}
+
+} // namespace
+
+int PrintLoadReport(bool json, std::ostream& out) {
+    Resources::Preload();
+    const Framework::LoadReport report = Framework::GetLoadReport();
+    if (json)
+        WriteJson(report, out);
+    else
+        out << Framework::Utf8::Encode(Framework::FormatLoadReport(report));
+    return report.AnyRefused() ? 1 : 0;
 }
 
 } // namespace QanTool

@@ -29,4 +29,8 @@ int LookupLegacyGuid(const std::string& component, int id, std::ostream& out);
 int LookupLegacyString(const std::string& key, bool escape, std::ostream& out);
 int StripMenu(unsigned flags, const std::string& text, bool escape, std::ostream& out);
 
+// Builds the service (Preload) and prints its load report, as text or as JSON. Returns 1
+// when a file was refused, else 0.
+int PrintLoadReport(bool json, std::ostream& out);
+
 } // namespace QanTool

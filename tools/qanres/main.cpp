@@ -151,6 +151,17 @@ int Run(int argc, char** argv) {
         status = QanTool::LookupLegacyString(key, settings.escape, std::cout);
     });
 
+    std::string loadReportFormat = "text";
+    auto* report = app.add_subcommand(
+        "report", "what the library reads with these settings: files, rows, refusals; "
+                  "exit status 1 when a file was refused");
+    report->add_option("--format", loadReportFormat, "text or json")
+        ->check(CLI::IsMember({"text", "json"}));
+    report->callback([&] {
+        QanTool::ApplySettings(settings);
+        status = QanTool::PrintLoadReport(loadReportFormat == "json", std::cout);
+    });
+
     unsigned flags = 0;
     std::string text;
     auto* strip = app.add_subcommand(

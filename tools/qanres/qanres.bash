@@ -4,7 +4,7 @@ _qanres() {
     _init_completion || return
 
     local commands="string caption tooltip-header tooltip-body icon cursor icon-path
-        image-path legacy-guid legacy-string strip-menu lint fmt stats compare cursor-table
+        image-path legacy-guid legacy-string strip-menu report lint fmt stats compare cursor-table
         export import pseudo"
     local options="--master-strings --resources --icons --base --icon-subdir --app --escape
         --help --version"
@@ -18,7 +18,9 @@ _qanres() {
         return
         ;;
     --format)
-        COMPREPLY=($(compgen -W "po xliff" -- "$cur"))
+        local formats="po xliff"
+        [[ " ${words[*]} " == *" report "* ]] && formats="text json"
+        COMPREPLY=($(compgen -W "$formats" -- "$cur"))
         return
         ;;
     -o | --output)
@@ -52,6 +54,9 @@ _qanres() {
         else
             _filedir -d
         fi
+        ;;
+    report)
+        COMPREPLY=($(compgen -W "--format" -- "$cur"))
         ;;
     stats | compare)
         if [[ $prev == --format ]]; then

@@ -1,5 +1,6 @@
 // Configures the library the way a host does at start-up and checks that every exported
 // function can be called across the module boundary.
+#include <framework/LoadReport.h>
 #include <framework/QanResources.h>
 
 #include <cstdio>
@@ -17,7 +18,14 @@ int main() {
             ++failures;
         }
     };
+    check(Framework::GetLoadReport().state == Framework::LoadReport::State::NotBuilt,
+          "load report before the service is built");
     check(Resources::Preload(), "Preload");
+    const Framework::LoadReport report = Framework::GetLoadReport();
+    check(report.state == Framework::LoadReport::State::Built && !report.files.empty() &&
+              Framework::FormatLoadReport(report).find(Framework::LoadReportName(
+                  Framework::LoadReport::File::IconMap)) != std::wstring::npos,
+          "load report");
     const Resources::RegistrarMapEntry entries[] = {{L"host.key", 7, L""}};
     Resources::AddLegacyComponent(L"Host", nullptr);
     Resources::AddLegacyResources(L"Host", entries, 1, Resources::String);
