@@ -1,10 +1,12 @@
 // LintLookupFuzz.cpp: lint against the library. The input is written as a resource
-// directory; when lint finds no error in it, a service freshly built over it must answer
-// every row its key tables hold, as their author wrote them, through the public look-ups:
-// the decoded text of the element the row's id names (an override's before the string
-// file's, the first of equal ids), an empty text for an id that no text file holds, and
-// the same answers before and after the full string file is read; and every icon map
-// entry, the first of equal keys, names its file in the icon folder.
+// directory (and formatted once when lint finds errors); when lint finds no error in it,
+// a service freshly built over it must answer every row its key tables hold, as their
+// author wrote them, through the public look-ups: the decoded text of the element the
+// row's id names (an override's before the string file's, the first of equal ids), an
+// empty text for an id that no text file holds, and the same answers before and after
+// the full string file is read; and every icon map entry, the first of equal keys, names
+// its file in the icon folder.
+#include "Format.h"
 #include "IconMap.h"
 #include "KeyTable.h"
 #include "Lint.h"
@@ -67,8 +69,14 @@ void Fail(const std::string& key, const char* table, const QanStringT<wchar_t>& 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static QanFuzz::ScratchDirectory directory;
     directory.Fill(QanFuzz::SplitInput(data, size));
-    if (QanTool::LintDirectory(directory.Path(), "").HasErrors())
-        return 0;
+    // A directory with errors is given one fmt run first, as a user would: most mutated
+    // inputs are out of order, and compared only when lint calls the result clean.
+    if (QanTool::LintDirectory(directory.Path(), "").HasErrors()) {
+        const QanTool::FormatPlan plan = QanTool::PlanFormat(directory.Path());
+        if (!plan.refusal.empty() || !QanTool::ApplyFormat(directory.Path(), plan).error.empty() ||
+            QanTool::LintDirectory(directory.Path(), "").HasErrors())
+            return 0;
+    }
     // How many inputs lint called clean, printed at exit: a run that compares nothing
     // shows as zero.
     static std::size_t clean = 0;
