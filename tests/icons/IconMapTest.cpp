@@ -114,6 +114,21 @@ TEST(IconMap, ScanNamesTheFaultAndWhereEachEntryStands) {
         EXPECT_TRUE(plain.fault == scan.fault && plain.spans.empty() &&
                     plain.entries.size() == scan.entries.size())
             << row.xml;
+        // The library reads a map in pieces: a byte at a time, the same reading.
+        IconMapScanner scanner(true);
+        for (const char byte : row.xml)
+            if (!scanner.Feed(std::string_view(&byte, 1)))
+                break;
+        const IconMapScan pieces = scanner.Finish();
+        EXPECT_TRUE(pieces.fault == scan.fault && pieces.faultOffset == scan.faultOffset &&
+                    pieces.detail == scan.detail && pieces.entries.size() == scan.entries.size())
+            << row.xml;
+        for (std::size_t i = 0; i < std::min(pieces.entries.size(), scan.entries.size()); ++i)
+            EXPECT_TRUE(pieces.entries[i].key == scan.entries[i].key &&
+                        pieces.entries[i].fileName == scan.entries[i].fileName &&
+                        pieces.spans[i].begin == scan.spans[i].begin &&
+                        pieces.spans[i].end == scan.spans[i].end)
+                << row.xml;
         EXPECT_EQ(scan.fault, row.fault) << row.xml;
         EXPECT_EQ(scan.detail, row.detail) << row.xml;
         if (row.fault != F::None) {
