@@ -5,6 +5,8 @@
 #include "icons/CursorTable.h"
 #include "platform/Platform.h"
 
+#include <unordered_map>
+
 namespace Framework::Internal {
 namespace {
 
@@ -51,6 +53,27 @@ std::uint64_t EqualRangeFirst(const CursorTable& table, const QanStringT<wchar_t
 struct CursorResourceCollection::Record {
     HINSTANCE module = nullptr;
     CursorTable table;
+    // Every name of the table (the blank one included when there is a blank entry) to
+    // the index the bisection answers for it, or Size() for a miss. A name not in the
+    // table never compares equal during the bisection, so it misses; for the names that
+    // are, the answer is computed once by the same bisection, so an unsorted table keeps
+    // missing what it missed and of equal names the same entry answers. The views point
+    // into table.entries.
+    std::unordered_map<QanStringViewT<wchar_t>, std::uint64_t> answers;
+
+    void Index() {
+        answers.clear();
+        answers.reserve(table.entries.size() + 1);
+        auto add = [this](const QanStringT<wchar_t>& name) {
+            if (!answers.contains(name))
+                answers.emplace(name, EqualRangeFirst(table, name));
+        };
+        for (const CursorEntry& entry : table.entries)
+            add(entry.name);
+        static const QanStringT<wchar_t> blank;
+        if (table.blankCount > 0)
+            add(blank);
+    }
 };
 
 CursorResourceCollection::CursorResourceCollection() : record(std::make_unique<Record>()) {}
@@ -63,13 +86,14 @@ CursorResourceCollection::~CursorResourceCollection() {
 std::optional<Resources::ResourceID>
 CursorResourceCollection::GetResource(const QanStringT<wchar_t>& key) const {
     const CursorTable& table = record->table;
-    const std::uint64_t index = EqualRangeFirst(table, key);
-    if (index >= table.Size())
+    const auto found = record->answers.find(key);
+    if (found == record->answers.end() || found->second >= table.Size())
         return std::nullopt;
-    Resources::ResourceID hit;
-    hit.module = record->module;
+    const std::uint64_t index = found->second;
+    std::optional<Resources::ResourceID> hit(std::in_place);
+    hit->module = record->module;
     if (index < table.entries.size())
-        hit.id = static_cast<int>(table.entries[static_cast<std::size_t>(index)].id);
+        hit->id = static_cast<int>(table.entries[static_cast<std::size_t>(index)].id);
     return hit;
 }
 
@@ -79,6 +103,7 @@ void CursorResourceCollection::LoadFromModule(HINSTANCE module) {
         return;
     // No check that the resource exists: a missing one reads as an empty archive.
     record->table = ReadCursorTable(Platform::CurrentPlatform().FindRawDataResource(module, 2));
+    record->Index();
 }
 
 } // namespace Framework::Internal

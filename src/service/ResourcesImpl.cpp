@@ -28,7 +28,9 @@ std::unique_ptr<IdCollection> MakeIconCollection(const Settings& settings) {
     // in the resource directory. Intended: hosts without icons skip the parse.
     if (!settings.iconDirectory.empty()) {
         const auto path = Path::Combine(settings.resourceDirectory, L"icons.map.xml");
-        LoadIconMap(icons->Entries(), path.c_str());
+        std::vector<IconMapEntry> entries;
+        LoadIconMap(entries, path.c_str());
+        icons->SetEntries(std::move(entries));
     }
     return icons;
 }

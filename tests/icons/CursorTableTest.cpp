@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
+#include <optional>
 #include <regex>
 
 namespace {
@@ -151,6 +153,61 @@ TEST(CursorTable, NegativeCountFailsTheServiceWhichIsRetried) {
     CursorResourceCollection none;
     none.LoadFromModule(nullptr);
     EXPECT_FALSE(none.GetResource(L"Arrow") || none.GetResource(L""));
+}
+
+// Every table of up to four entries named a, b or "" (in any order), followed by up to two
+// blank entries: each name answers as the bisection over the table's entries in stored
+// order does, blank tail included, with the first entry that bisection finds among equal
+// names; a name outside the table misses.
+TEST(CursorLookup, EveryTableAnswersAsTheBisectionOverIt) {
+    const auto fakeModule = reinterpret_cast<HINSTANCE>(static_cast<std::uintptr_t>(0x5000));
+    QanTest::FakePlatform fake;
+    std::vector<std::byte> bytes;
+    fake.findRawData = [&](HINSTANCE, int) { return std::span<const std::byte>(bytes); };
+    fake.freeModule = [](HINSTANCE) {};
+    const std::u16string names[] = {u"a", u"b", u""};
+    int unsortedTables = 0;
+    for (int length = 0; length <= 4; ++length) {
+        int combinations = 1;
+        for (int i = 0; i < length; ++i)
+            combinations *= 3;
+        for (int code = 0; code < combinations; ++code) {
+            std::vector<QanTool::CursorTable::Entry> entries;
+            for (int i = 0, rest = code; i < length; ++i, rest /= 3)
+                entries.push_back({names[rest % 3], static_cast<std::uint32_t>(10 + i)});
+            for (std::uint32_t blanks = 0; blanks <= 2; ++blanks) {
+                bytes = QanTool::CursorTable::Write(entries);
+                const std::uint32_t count = static_cast<std::uint32_t>(length) + blanks;
+                std::memcpy(bytes.data(), &count, sizeof count); // little-endian hosts
+                // The stored order, blank tail included, as (name, id).
+                std::vector<std::pair<std::wstring, int>> logical;
+                for (const auto& entry : entries)
+                    logical.emplace_back(std::wstring(entry.name.begin(), entry.name.end()),
+                                         static_cast<int>(entry.id));
+                logical.resize(logical.size() + blanks);
+                unsortedTables +=
+                    !std::is_sorted(logical.begin(), logical.end(),
+                                    [](auto& x, auto& y) { return x.first < y.first; });
+                CursorResourceCollection cursors;
+                cursors.LoadFromModule(fakeModule);
+                for (const std::wstring key : {L"a", L"b", L"", L"c"}) {
+                    const auto range = std::equal_range(
+                        logical.begin(), logical.end(), std::pair<std::wstring, int>(key, 0),
+                        [](const auto& x, const auto& y) { return x.first < y.first; });
+                    std::optional<Resources::ResourceID> want;
+                    if (range.first != range.second) {
+                        want.emplace();
+                        want->module = fakeModule;
+                        want->id = range.first->second;
+                    }
+                    EXPECT_EQ(cursors.GetResource(key), want)
+                        << code << " +" << blanks << " \"" << std::string(key.begin(), key.end())
+                        << "\"";
+                }
+            }
+        }
+    }
+    EXPECT_GT(unsortedTables, 100); // the walk does reach tables the bisection misses in
 }
 
 } // namespace
