@@ -3,9 +3,10 @@
 #include "icons/CursorResourceCollection.h"
 
 #include "icons/CursorTable.h"
+#include "icons/KeyIndex.h"
 #include "platform/Platform.h"
 
-#include <unordered_map>
+#include <unordered_set>
 
 namespace Framework::Internal {
 namespace {
@@ -57,22 +58,32 @@ struct CursorResourceCollection::Record {
     // the index the bisection answers for it, or Size() for a miss. A name not in the
     // table never compares equal during the bisection, so it misses; for the names that
     // are, the answer is computed once by the same bisection, so an unsorted table keeps
-    // missing what it missed and of equal names the same entry answers. The views point
-    // into table.entries.
-    std::unordered_map<QanStringViewT<wchar_t>, std::uint64_t> answers;
+    // missing what it missed and of equal names the same entry answers. The id is kept
+    // beside the index so that a hit reads no entry.
+    struct Answer {
+        std::uint64_t index = 0;
+        int id = 0; // 0 for a blank entry
+    };
+    KeyIndex<Answer> answers;
 
     void Index() {
-        answers.clear();
-        answers.reserve(table.entries.size() + 1);
-        auto add = [this](const QanStringT<wchar_t>& name) {
-            if (!answers.contains(name))
-                answers.emplace(name, EqualRangeFirst(table, name));
+        std::unordered_set<QanStringViewT<wchar_t>> seen;
+        std::vector<std::pair<QanStringViewT<wchar_t>, Answer>> keys;
+        auto add = [&](QanStringViewT<wchar_t> name) {
+            if (!seen.insert(name).second)
+                return;
+            Answer answer;
+            answer.index = EqualRangeFirst(table, QanStringT<wchar_t>(name));
+            if (answer.index < table.entries.size())
+                answer.id =
+                    static_cast<int>(table.entries[static_cast<std::size_t>(answer.index)].id);
+            keys.emplace_back(name, answer);
         };
         for (const CursorEntry& entry : table.entries)
             add(entry.name);
-        static const QanStringT<wchar_t> blank;
         if (table.blankCount > 0)
-            add(blank);
+            add({});
+        answers = KeyIndex<Answer>(keys);
     }
 };
 
@@ -85,15 +96,12 @@ CursorResourceCollection::~CursorResourceCollection() {
 
 std::optional<Resources::ResourceID>
 CursorResourceCollection::GetResource(const QanStringT<wchar_t>& key) const {
-    const CursorTable& table = record->table;
-    const auto found = record->answers.find(key);
-    if (found == record->answers.end() || found->second >= table.Size())
+    const Record::Answer* found = record->answers.Find(key);
+    if (!found || found->index >= record->table.Size())
         return std::nullopt;
-    const std::uint64_t index = found->second;
     std::optional<Resources::ResourceID> hit(std::in_place);
     hit->module = record->module;
-    if (index < table.entries.size())
-        hit->id = static_cast<int>(table.entries[static_cast<std::size_t>(index)].id);
+    hit->id = found->id;
     return hit;
 }
 

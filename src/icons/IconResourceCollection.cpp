@@ -3,6 +3,7 @@
 #include "icons/IconResourceCollection.h"
 
 #include "base/Settings.h"
+#include "icons/KeyIndex.h"
 #include "icons/PathKind.h"
 #include "platform/Path.h"
 
@@ -11,7 +12,7 @@
 #include <cstdint>
 #include <cwctype>
 #include <mutex>
-#include <unordered_map>
+#include <unordered_set>
 
 namespace Framework::Internal {
 namespace {
@@ -80,8 +81,8 @@ struct IconResourceCollection::State {
     // is not in the map can never compare equal during the bisection, so it misses; for
     // the keys that are, the answer is computed at SetEntries by the same bisection, so
     // an unsorted map keeps missing the keys it missed and of equal keys the same entry
-    // answers. The views point into entries.
-    std::unordered_map<QanStringViewT<wchar_t>, Answer> answers;
+    // answers.
+    KeyIndex<Answer> answers;
 
     // The location of the latest look-up. Readers only load the pointer, so look-ups on
     // several threads share no written memory; a changed setting publishes another one.
@@ -130,11 +131,11 @@ const std::vector<IconMapEntry>& IconResourceCollection::Entries() const {
 
 void IconResourceCollection::SetEntries(std::vector<IconMapEntry> entries) {
     State& s = *state;
-    s.answers.clear();
     s.entries = std::move(entries);
-    s.answers.reserve(s.entries.size());
+    std::unordered_set<QanStringViewT<wchar_t>> seen;
+    std::vector<std::pair<QanStringViewT<wchar_t>, Answer>> keys;
     for (const IconMapEntry& entry : s.entries) {
-        if (s.answers.contains(entry.key))
+        if (!seen.insert(entry.key).second)
             continue;
         const auto range =
             std::equal_range(s.entries.begin(), s.entries.end(), entry.key, KeyOrder{});
@@ -143,22 +144,23 @@ void IconResourceCollection::SetEntries(std::vector<IconMapEntry> entries) {
             answer.entry = static_cast<std::size_t>(range.first - s.entries.begin());
             answer.doublePng = EndsWithDoublePng(range.first->fileName);
         }
-        s.answers.emplace(entry.key, answer);
+        keys.emplace_back(entry.key, answer);
     }
+    s.answers = KeyIndex<Answer>(keys);
 }
 
 std::optional<Resources::ResourceID>
 IconResourceCollection::GetResource(const QanStringT<wchar_t>& key) const {
-    const auto found = state->answers.find(key);
-    if (found == state->answers.end() || found->second.entry == Answer::kMiss)
+    const Answer* found = state->answers.Find(key);
+    if (!found || found->entry == Answer::kMiss)
         return std::nullopt;
-    const QanStringT<wchar_t>& fileName = state->entries[found->second.entry].fileName;
+    const QanStringT<wchar_t>& fileName = state->entries[found->entry].fileName;
     const IconLocation& location = state->Location();
 
     // A key in the map is a hit even when the location is neither file nor folder: the
     // caller then gets every field empty and no other collection is asked. Intended.
     std::optional<Resources::ResourceID> hit(std::in_place);
-    if (!found->second.doublePng) {
+    if (!found->doublePng) {
         if (location.kind == PathKind::File) {
             hit->containerPath = location.path;
             hit->iconPath = fileName;
