@@ -96,13 +96,20 @@ CursorResourceCollection::~CursorResourceCollection() {
 
 std::optional<Resources::ResourceID>
 CursorResourceCollection::GetResource(const QanStringT<wchar_t>& key) const {
+    std::optional<Resources::ResourceID> hit(std::in_place);
+    if (!Find(key, *hit))
+        return std::nullopt;
+    return hit;
+}
+
+bool CursorResourceCollection::Find(const QanStringT<wchar_t>& key,
+                                    Resources::ResourceID& hit) const {
     const Record::Answer* found = record->answers.Find(key);
     if (!found || found->index >= record->table.Size())
-        return std::nullopt;
-    std::optional<Resources::ResourceID> hit(std::in_place);
-    hit->module = record->module;
-    hit->id = found->id;
-    return hit;
+        return false;
+    hit.module = record->module;
+    hit.id = found->id;
+    return true;
 }
 
 void CursorResourceCollection::LoadFromModule(HINSTANCE module) {

@@ -35,7 +35,7 @@ std::unique_ptr<IdCollection> MakeIconCollection(const Settings& settings) {
     return icons;
 }
 
-std::unique_ptr<IdCollection> MakeCursorCollection() {
+std::unique_ptr<CursorResourceCollection> MakeCursorCollection() {
     auto cursors = std::make_unique<CursorResourceCollection>();
     cursors->LoadFromModule(Platform::CurrentPlatform().LoadModule(L"QanIcons.dll"));
     return cursors;
@@ -77,7 +77,9 @@ ResourcesImpl::ResourcesImpl() {
     stringCollection = std::make_unique<StringResourceCollection>();
     iconCollection = MakeIconCollection(settings);
     platformIconCollection = LoadPlatformIconResourceCollection();
-    cursorCollection = MakeCursorCollection();
+    auto cursors = MakeCursorCollection();
+    ownCursors = cursors.get();
+    cursorCollection = std::move(cursors);
     legacyGuids = std::make_unique<LegacyGuidIndex>(BuildLegacyGuidIndex());
     legacyCollection = MakeLegacyCollection();
 }
@@ -128,13 +130,21 @@ Resources::ResourceID ResourcesImpl::GetIcon(const QanStringT<wchar_t>& key) con
 }
 
 Resources::ResourceID ResourcesImpl::GetCursor(const QanStringT<wchar_t>& key) const {
-    if (cursorCollection)
-        if (auto hit = cursorCollection->GetResource(key))
-            return std::move(*hit);
+    // One result object throughout, built in place in the caller's.
+    Resources::ResourceID result;
+    if (ownCursors) {
+        if (ownCursors->Find(key, result))
+            return result;
+    } else if (cursorCollection) {
+        if (auto hit = cursorCollection->GetResource(key)) {
+            result = std::move(*hit);
+            return result;
+        }
+    }
     if (legacyCollection)
         if (auto hit = legacyCollection->GetResource(key, Resources::Cursor))
-            return std::move(*hit);
-    return {};
+            result = std::move(*hit);
+    return result;
 }
 
 // The legacy look-ups compose texts through this service's own string look-up.

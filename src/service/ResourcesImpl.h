@@ -10,6 +10,8 @@
 
 namespace Framework::Internal {
 
+class CursorResourceCollection;
+
 class ResourcesImpl final : public IResources {
 public:
     // Builds every collection from the settings as they stand, in a fixed order.
@@ -40,6 +42,8 @@ private:
     std::unique_ptr<IdCollection> iconCollection;
     std::unique_ptr<IdCollection> platformIconCollection;
     std::unique_ptr<IdCollection> cursorCollection;
+    // cursorCollection when it is the library's own, asked without an optional in between.
+    const CursorResourceCollection* ownCursors = nullptr;
     std::unique_ptr<LegacyGuidIndex> legacyGuids;
     std::unique_ptr<LegacyCollection> legacyCollection;
 };
