@@ -15,7 +15,8 @@ public:
     ~CursorResourceCollection() override;
 
     std::optional<Resources::ResourceID> GetResource(const QanStringT<wchar_t>& key) const override;
-    // GetResource writing into hit, which a miss leaves untouched; answers whether found.
+    // GetResource writing the fields of a hit into hit, a default ResourceID that a miss
+    // leaves untouched; answers whether the key was found.
     bool Find(const QanStringT<wchar_t>& key, Resources::ResourceID& hit) const;
 
     // Takes ownership of module (may be null) and, when it is loaded, reads its cursor

@@ -158,32 +158,39 @@ void IconResourceCollection::SetEntries(std::vector<IconMapEntry> entries) {
 
 std::optional<Resources::ResourceID>
 IconResourceCollection::GetResource(const QanStringT<wchar_t>& key) const {
+    std::optional<Resources::ResourceID> hit(std::in_place);
+    if (!Find(key, *hit))
+        return std::nullopt;
+    return hit;
+}
+
+bool IconResourceCollection::Find(const QanStringT<wchar_t>& key,
+                                  Resources::ResourceID& hit) const {
     const Answer* found = state->answers.Find(key);
     if (!found || found->entry == Answer::kMiss)
-        return std::nullopt;
+        return false;
     const QanStringT<wchar_t>& fileName = state->entries[found->entry].fileName;
     const IconLocation& location = state->Location();
 
     // A key in the map is a hit even when the location is neither file nor folder: the
     // caller then gets every field empty and no other collection is asked. Intended.
-    std::optional<Resources::ResourceID> hit(std::in_place);
     if (!found->doublePng) {
         if (location.kind == PathKind::File) {
-            hit->containerPath = location.path;
-            hit->iconPath = fileName;
+            hit.containerPath = location.path;
+            hit.iconPath = fileName;
         } else if (location.kind == PathKind::Folder) {
-            hit->iconPath = FolderPath(location.path, fileName);
+            hit.iconPath = FolderPath(location.path, fileName);
         }
     } else {
         const auto shortName = QanStringViewT<wchar_t>(fileName).substr(0, fileName.size() - 4);
         if (location.kind == PathKind::File) {
-            hit->containerPath = location.path;
-            hit->pngPath = QanStringT<wchar_t>(shortName);
+            hit.containerPath = location.path;
+            hit.pngPath = QanStringT<wchar_t>(shortName);
         } else if (location.kind == PathKind::Folder) {
-            hit->pngPath = Path::Combine(location.path, shortName);
+            hit.pngPath = Path::Combine(location.path, shortName);
         }
     }
-    return hit;
+    return true;
 }
 
 std::unique_ptr<IdCollection> LoadPlatformIconResourceCollection() {

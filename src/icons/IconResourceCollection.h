@@ -15,6 +15,9 @@ public:
     ~IconResourceCollection() override;
 
     std::optional<Resources::ResourceID> GetResource(const QanStringT<wchar_t>& key) const override;
+    // GetResource writing the fields of a hit into hit, a default ResourceID that a miss
+    // leaves untouched; answers whether the key was found.
+    bool Find(const QanStringT<wchar_t>& key, Resources::ResourceID& hit) const;
 
     // The map in file order.
     const std::vector<IconMapEntry>& Entries() const;

@@ -22,7 +22,7 @@ constexpr int kStockIconError = 80;
 constexpr int kStockIconInfo = 79;
 constexpr int kStockIconHelp = 23;
 
-std::unique_ptr<IdCollection> MakeIconCollection(const Settings& settings) {
+std::unique_ptr<IconResourceCollection> MakeIconCollection(const Settings& settings) {
     auto icons = std::make_unique<IconResourceCollection>();
     // Whether the map is read depends on the icon directory, while the map itself lives
     // in the resource directory. Intended: hosts without icons skip the parse.
@@ -75,7 +75,9 @@ QanStringT<wchar_t> ExtractKind(const QanStringT<wchar_t>& text, StringKind kind
 ResourcesImpl::ResourcesImpl() {
     const Settings& settings = ProcessSettings();
     stringCollection = std::make_unique<StringResourceCollection>();
-    iconCollection = MakeIconCollection(settings);
+    auto icons = MakeIconCollection(settings);
+    ownIcons = icons.get();
+    iconCollection = std::move(icons);
     platformIconCollection = LoadPlatformIconResourceCollection();
     auto cursors = MakeCursorCollection();
     ownCursors = cursors.get();
@@ -116,17 +118,27 @@ QanStringT<wchar_t> ResourcesImpl::GetString(const QanStringT<wchar_t>& key,
 }
 
 Resources::ResourceID ResourcesImpl::GetIcon(const QanStringT<wchar_t>& key) const {
-    if (iconCollection)
-        if (auto hit = iconCollection->GetResource(key))
-            return std::move(*hit);
+    // One result object throughout, built in place in the caller's.
+    Resources::ResourceID result;
+    if (ownIcons) {
+        if (ownIcons->Find(key, result))
+            return result;
+    } else if (iconCollection) {
+        if (auto hit = iconCollection->GetResource(key)) {
+            result = std::move(*hit);
+            return result;
+        }
+    }
     // Always empty, asked all the same: the platform's own icons come through here.
     if (platformIconCollection)
-        if (auto hit = platformIconCollection->GetResource(key))
-            return std::move(*hit);
+        if (auto hit = platformIconCollection->GetResource(key)) {
+            result = std::move(*hit);
+            return result;
+        }
     if (legacyCollection)
         if (auto hit = legacyCollection->GetResource(key, Resources::Icon))
-            return std::move(*hit);
-    return {};
+            result = std::move(*hit);
+    return result;
 }
 
 Resources::ResourceID ResourcesImpl::GetCursor(const QanStringT<wchar_t>& key) const {

@@ -11,6 +11,7 @@
 namespace Framework::Internal {
 
 class CursorResourceCollection;
+class IconResourceCollection;
 
 class ResourcesImpl final : public IResources {
 public:
@@ -40,6 +41,8 @@ private:
     // Declaration order is construction order; destruction runs the other way.
     std::unique_ptr<StringCollection> stringCollection;
     std::unique_ptr<IdCollection> iconCollection;
+    // iconCollection when it is the library's own, asked without an optional in between.
+    const IconResourceCollection* ownIcons = nullptr;
     std::unique_ptr<IdCollection> platformIconCollection;
     std::unique_ptr<IdCollection> cursorCollection;
     // cursorCollection when it is the library's own, asked without an optional in between.
