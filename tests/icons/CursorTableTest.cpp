@@ -2,9 +2,12 @@
 // resource bytes, and written as the tools write it.
 #include "icons/CursorTable.h"
 #include "CursorTableWriter.h"
+#include "base/Settings.h"
 #include "icons/CursorResourceCollection.h"
 #include "platform/Path.h"
+#include "service/ResourcesImpl.h"
 #include "support/FakePlatform.h"
+#include "support/TempDir.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -208,6 +211,56 @@ TEST(CursorLookup, EveryTableAnswersAsTheBisectionOverIt) {
         }
     }
     EXPECT_GT(unsortedTables, 100); // the walk does reach tables the bisection misses in
+}
+
+// The default service asks its own icon map and cursor table first; a key they lack falls
+// to the legacy registrations, and a key both hold answers from the library's own.
+TEST(CursorLookup, OwnCollectionsComeBeforeLegacyRegistrations) {
+    const auto iconsModule = reinterpret_cast<HINSTANCE>(static_cast<std::uintptr_t>(0x6000));
+    const auto legacyModule = reinterpret_cast<HINSTANCE>(static_cast<std::uintptr_t>(0x7000));
+    const QanTool::CursorTable::Entry cursors[] = {{u"A", 3}, {u"Both", 4}};
+    const auto table = QanTool::CursorTable::Write(cursors);
+    QanTest::FakePlatform fake;
+    fake.loadModule = [&](const wchar_t* name) {
+        return std::wstring(name) == L"QanIcons.dll" ? iconsModule : nullptr;
+    };
+    fake.findRawData = [&](HINSTANCE module, int) {
+        return module == iconsModule ? std::span<const std::byte>(table)
+                                     : std::span<const std::byte>();
+    };
+    fake.freeModule = [](HINSTANCE) {};
+    fake.stockIcon = [](int, Framework::Platform::StockIconLocation&) { return false; };
+    QanTest::TempDir resources, icons;
+    resources.Write("icons.map.xml",
+                    R"(<icons><map guid="Both">b.ico</map><map guid="K">k.ico</map></icons>)");
+    ProcessSettings().resourceDirectory = resources.Wide();
+    ProcessSettings().iconDirectory = icons.Wide();
+    ProcessSettings().iconSubdirectory.clear();
+    const ResourcesImpl service;
+    const Resources::RegistrarMapEntry entries[] = {{L"Both", 7, {}}, {L"Legacy", 8, {}}};
+    service.AddLegacyComponent(L"Comp", legacyModule);
+    service.AddLegacyResources(L"Comp", entries, 2, Resources::Cursor);
+    service.AddLegacyResources(L"Comp", entries, 2, Resources::Icon);
+    const auto id = [](HINSTANCE module, int number) {
+        Resources::ResourceID result;
+        result.module = module, result.id = number;
+        return result;
+    };
+    const auto folder = [&](const wchar_t* name) {
+        Resources::ResourceID result;
+        result.iconPath =
+            Framework::Path::AddBackslash(Framework::Path::Combine(icons.Wide(), name));
+        return result;
+    };
+    EXPECT_EQ(service.GetCursor(L"A"), id(iconsModule, 3));
+    EXPECT_EQ(service.GetCursor(L"Both"), id(iconsModule, 4));
+    EXPECT_EQ(service.GetCursor(L"Legacy"), id(legacyModule, 8));
+    EXPECT_EQ(service.GetCursor(L"K"), Resources::ResourceID{});
+    EXPECT_EQ(service.GetIcon(L"K"), folder(L"k.ico"));
+    EXPECT_EQ(service.GetIcon(L"Both"), folder(L"b.ico"));
+    EXPECT_EQ(service.GetIcon(L"Legacy"), id(legacyModule, 8));
+    EXPECT_EQ(service.GetIcon(L"A"), Resources::ResourceID{});
+    ProcessSettings() = Settings{};
 }
 
 } // namespace
