@@ -289,6 +289,33 @@ TEST(IconLookup, EachHitFollowsTheCurrentLocationSettings) {
     }
 }
 
+// Four threads make their first look-ups at once, so each may be the one that records the
+// location: every answer is the path under the one location set.
+TEST(IconLookup, ConcurrentFirstLookUpsAllSeeTheLocation) {
+    QanTest::TempDir root;
+    std::filesystem::create_directories(root.Path() / "set");
+    ProcessSettings().iconDirectory = root.Wide();
+    ProcessSettings().iconSubdirectory = L"set";
+    IconResourceCollection icons;
+    icons.SetEntries({{L"a", L"a.ico"}, {L"b", L"b.png.png"}});
+    const std::wstring folder = root.Wide() + kSep + L"set" + kSep;
+    std::array<int, 4> wrong{};
+    std::vector<std::thread> threads;
+    for (std::size_t t = 0; t < wrong.size(); ++t)
+        threads.emplace_back([&, t] {
+            for (int i = 0; i < 200; ++i) {
+                const auto a = icons.GetResource(L"a");
+                const auto b = icons.GetResource(L"b");
+                wrong[t] += !a || a->iconPath != folder + L"a.ico" + kSep || !b ||
+                            b->pngPath != folder + L"b.png";
+            }
+        });
+    for (auto& thread : threads)
+        thread.join();
+    EXPECT_EQ(wrong, (std::array<int, 4>{}));
+    ProcessSettings() = Settings{};
+}
+
 // Four threads fill the cache at once with files, folders and missing locations, each in
 // its own order: every answer is the location's kind, and once the locations are gone
 // the cache still answers what it stored.
