@@ -31,9 +31,10 @@ public:
         for (const auto& [key, value] : keys) {
             const std::size_t hash = Hash(key);
             std::size_t at = hash & mask;
-            while (slots[at].used)
+            while (slots[at].offset != kUnused)
                 at = (at + 1) & mask;
-            slots[at] = {hash, names.size(), key.size(), true, value};
+            slots[at] = {Fingerprint(hash), static_cast<std::uint32_t>(key.size()), names.size(),
+                         value};
             names.insert(names.end(), key.begin(), key.end());
         }
     }
@@ -44,23 +45,28 @@ public:
         const std::size_t mask = slots.size() - 1;
         for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
             const Slot& slot = slots[at];
-            if (!slot.used)
+            if (slot.offset == kUnused)
                 return nullptr;
-            if (slot.hash == hash && slot.length == key.size() &&
-                (key.empty() ||
-                 std::wmemcmp(names.data() + slot.offset, key.data(), key.size()) == 0))
+            if (slot.fingerprint == Fingerprint(hash) && slot.length == key.size() &&
+                SameCharacters(names.data() + slot.offset, key.data(), key.size()))
                 return &slot.value;
         }
     }
 
 private:
+    static constexpr std::size_t kUnused = SIZE_MAX;
+
+    // Keys come from files and resources of at most 4 GiB, so their lengths fit 32 bits.
     struct Slot {
-        std::size_t hash = 0;
-        std::size_t offset = 0;
-        std::size_t length = 0;
-        bool used = false;
+        std::uint32_t fingerprint = 0; // the upper half of the key's hash
+        std::uint32_t length = 0;
+        std::size_t offset = kUnused; // of the key in names
         Value value{};
     };
+
+    static std::uint32_t Fingerprint(std::size_t hash) {
+        return static_cast<std::uint32_t>(static_cast<std::uint64_t>(hash) >> 32);
+    }
 
     // Eight bytes at a time with a multiply and a fold: the keys are short texts, and
     // only their order among the slots depends on it.
