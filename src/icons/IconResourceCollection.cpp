@@ -112,18 +112,20 @@ const IconLocation& IconResourceCollection::State::Location() {
     if (latest && SameText(latest->directory, settings.iconDirectory) &&
         SameText(latest->subdirectory, settings.iconSubdirectory))
         return *latest;
-    std::lock_guard guard(locationsLock);
-    for (const auto& known : locations)
-        if (known->directory == settings.iconDirectory &&
-            known->subdirectory == settings.iconSubdirectory) {
-            current.store(known.get(), std::memory_order_release);
-            return *known;
-        }
+    // The file system is asked outside the lock, as the path-kind cache asks it; of two
+    // threads that race here the first to store wins and both answer what it stored.
     auto made = std::make_unique<IconLocation>();
     made->directory = settings.iconDirectory;
     made->subdirectory = settings.iconSubdirectory;
     made->path = Path::Combine(made->directory, made->subdirectory);
     made->kind = GetPathKind(made->path);
+    std::lock_guard guard(locationsLock);
+    for (const auto& known : locations)
+        if (SameText(known->directory, made->directory) &&
+            SameText(known->subdirectory, made->subdirectory)) {
+            current.store(known.get(), std::memory_order_release);
+            return *known;
+        }
     current.store(made.get(), std::memory_order_release);
     locations.push_back(std::move(made));
     return *locations.back();
