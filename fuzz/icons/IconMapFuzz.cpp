@@ -15,7 +15,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     platform.bytes = std::as_bytes(std::span(data, size));
 
     Framework::Internal::IconResourceCollection icons;
-    Framework::Internal::LoadIconMap(icons.Entries(), L"icons.map.xml");
+    std::vector<Framework::Internal::IconMapEntry> read;
+    Framework::Internal::LoadIconMap(read, L"icons.map.xml");
+    icons.SetEntries(std::move(read));
 
     // The tool's reading of the same bytes: the loader's verdict and entries, each entry's
     // bytes inside the input, and a fault within it.
