@@ -242,7 +242,39 @@ std::vector<Figure> ThreadFigures(const Workload& work) {
         std::wstring copy = found == texts.end() ? std::wstring() : found->second;
         DoNotOptimize(copy);
     };
-    return {
+    // The id look-ups share no written memory between threads either.
+    const Keys& icons = work.iconHits;
+    auto icon = [&icons](std::size_t i) {
+        auto id = Resources::GetIcon(icons.wide[i]);
+        DoNotOptimize(id);
+    };
+    const Keys& cursors = work.cursorHits;
+    auto cursor = [&cursors](std::size_t i) {
+        auto id = Resources::GetCursor(cursors.wide[i]);
+        DoNotOptimize(id);
+    };
+    const auto& pairs = work.guidSequence;
+    auto guid = [&pairs](std::size_t i) {
+        auto text = Resources::GetLegacyGuid(pairs[i].first, pairs[i].second);
+        DoNotOptimize(text);
+    };
+    std::vector<Figure> figures{
+        {"GetIcon hits/s, 2 threads (vs 1 thread)",
+         Unit::HitsPerSecond,
+         {"", [&icons, icon] { return HitsPerSecond(2, icons.size(), icon); }},
+         {{"GetIcon, 1 thread", [&icons, icon] { return HitsPerSecond(1, icons.size(), icon); }}}},
+        {"GetCursor hits/s, 2 threads (vs 1 thread)",
+         Unit::HitsPerSecond,
+         {"", [&cursors, cursor] { return HitsPerSecond(2, cursors.size(), cursor); }},
+         {{"GetCursor, 1 thread",
+           [&cursors, cursor] { return HitsPerSecond(1, cursors.size(), cursor); }}}}};
+    if (work.legacy)
+        figures.push_back({"GetLegacyGuid hits/s, 2 threads (vs 1 thread)",
+                           Unit::HitsPerSecond,
+                           {"", [&pairs, guid] { return HitsPerSecond(2, pairs.size(), guid); }},
+                           {{"GetLegacyGuid, 1 thread",
+                             [&pairs, guid] { return HitsPerSecond(1, pairs.size(), guid); }}}});
+    std::vector<Figure> strings{
         {"GetString hits/s, 2 threads (vs 1 thread)",
          Unit::HitsPerSecond,
          {"", [&hits, ours] { return HitsPerSecond(2, hits.size(), ours); }},
@@ -252,6 +284,8 @@ std::vector<Figure> ThreadFigures(const Workload& work) {
          {"", [&hits, map] { return HitsPerSecond(2, hits.size(), map); }},
          {{"unordered_map find+copy, 1 thread",
            [&hits, map] { return HitsPerSecond(1, hits.size(), map); }}}}};
+    strings.insert(strings.end(), figures.begin(), figures.end());
+    return strings;
 }
 
 std::vector<Figure> LoadFigures(const Corpus& corpus, const std::wstring& fullOnlyKey) {

@@ -93,7 +93,9 @@ BENCHMARK(IconMapScanWithSpans)->Unit(benchmark::kMillisecond);
 void IconLookup(benchmark::State& state) {
     const auto path = WriteMap();
     IconResourceCollection icons;
-    LoadIconMap(icons.Entries(), path.wstring().c_str());
+    std::vector<IconMapEntry> entries;
+    LoadIconMap(entries, path.wstring().c_str());
+    icons.SetEntries(std::move(entries));
     std::filesystem::remove(path);
     ProcessSettings().iconDirectory = std::filesystem::temp_directory_path().wstring();
     ProcessSettings().iconSubdirectory.clear();

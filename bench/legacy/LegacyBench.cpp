@@ -28,7 +28,7 @@ using namespace Framework::Internal;
 void BM_BuildLegacyGuidIndex(benchmark::State& state) {
     for (auto _ : state) {
         LegacyGuidIndex index = BuildLegacyGuidIndex();
-        benchmark::DoNotOptimize(index.data());
+        benchmark::DoNotOptimize(index.Records().data());
     }
     state.SetItemsProcessed(state.iterations() * 15935);
 }

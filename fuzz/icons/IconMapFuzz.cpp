@@ -45,7 +45,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     platform.bytes = std::as_bytes(std::span(data, size));
 
     Framework::Internal::IconResourceCollection icons;
-    Framework::Internal::LoadIconMap(icons.Entries(), L"icons.map.xml");
+    std::vector<Framework::Internal::IconMapEntry> read;
+    Framework::Internal::LoadIconMap(read, L"icons.map.xml");
+    icons.SetEntries(std::move(read));
     const auto& entries = icons.Entries();
     Check(entries.size() == scan.entries.size(), "the loader keeps the scanned entries");
     for (std::size_t i = 0; i < entries.size(); ++i)

@@ -3,7 +3,10 @@
 #include "icons/CursorResourceCollection.h"
 
 #include "icons/CursorTable.h"
+#include "icons/KeyIndex.h"
 #include "platform/Platform.h"
+
+#include <unordered_set>
 
 namespace Framework::Internal {
 namespace {
@@ -76,6 +79,37 @@ void DescribeTable(LoadReport::FileRecord& report, const CursorTable& table, std
 struct CursorResourceCollection::Record {
     HINSTANCE module = nullptr;
     CursorTable table;
+    // Every name of the table (the blank one included when there is a blank entry) to
+    // the index the bisection answers for it, or Size() for a miss. A name not in the
+    // table never compares equal during the bisection, so it misses; for the names that
+    // are, the answer is computed once by the same bisection, so an unsorted table keeps
+    // missing what it missed and of equal names the same entry answers. The id is kept
+    // beside the index so that a hit reads no entry.
+    struct Answer {
+        std::uint64_t index = 0;
+        int id = 0; // 0 for a blank entry
+    };
+    KeyIndex<Answer> answers;
+
+    void Index() {
+        std::unordered_set<QanStringViewT<wchar_t>> seen;
+        std::vector<std::pair<QanStringViewT<wchar_t>, Answer>> keys;
+        auto add = [&](QanStringViewT<wchar_t> name) {
+            if (!seen.insert(name).second)
+                return;
+            Answer answer;
+            answer.index = EqualRangeFirst(table, QanStringT<wchar_t>(name));
+            if (answer.index < table.entries.size())
+                answer.id =
+                    static_cast<int>(table.entries[static_cast<std::size_t>(answer.index)].id);
+            keys.emplace_back(name, answer);
+        };
+        for (const CursorEntry& entry : table.entries)
+            add(entry.name);
+        if (table.blankCount > 0)
+            add({});
+        answers = KeyIndex<Answer>(keys);
+    }
 };
 
 CursorResourceCollection::CursorResourceCollection() : record(std::make_unique<Record>()) {}
@@ -87,15 +121,20 @@ CursorResourceCollection::~CursorResourceCollection() {
 
 std::optional<Resources::ResourceID>
 CursorResourceCollection::GetResource(const QanStringT<wchar_t>& key) const {
-    const CursorTable& table = record->table;
-    const std::uint64_t index = EqualRangeFirst(table, key);
-    if (index >= table.Size())
+    std::optional<Resources::ResourceID> hit(std::in_place);
+    if (!Find(key, *hit))
         return std::nullopt;
-    Resources::ResourceID hit;
-    hit.module = record->module;
-    if (index < table.entries.size())
-        hit.id = static_cast<int>(table.entries[static_cast<std::size_t>(index)].id);
     return hit;
+}
+
+bool CursorResourceCollection::Find(const QanStringT<wchar_t>& key,
+                                    Resources::ResourceID& hit) const {
+    const Record::Answer* found = record->answers.Find(key);
+    if (!found || found->index >= record->table.Size())
+        return false;
+    hit.module = record->module;
+    hit.id = found->id;
+    return true;
 }
 
 void CursorResourceCollection::LoadFromModule(HINSTANCE module, LoadReport::FileRecord* report) {
@@ -112,6 +151,7 @@ void CursorResourceCollection::LoadFromModule(HINSTANCE module, LoadReport::File
     const std::span<const std::byte> bytes =
         Platform::CurrentPlatform().FindRawDataResource(module, 2);
     record->table = ReadCursorTable(bytes);
+    record->Index();
     if (report)
         DescribeTable(*report, record->table, bytes.size());
 }

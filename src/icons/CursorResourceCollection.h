@@ -17,6 +17,9 @@ public:
     ~CursorResourceCollection() override;
 
     std::optional<Resources::ResourceID> GetResource(const QanStringT<wchar_t>& key) const override;
+    // GetResource writing the fields of a hit into hit, a default ResourceID that a miss
+    // leaves untouched; answers whether the key was found.
+    bool Find(const QanStringT<wchar_t>& key, Resources::ResourceID& hit) const;
 
     // Takes ownership of module (may be null) and, when it is loaded, reads its cursor
     // table. A negative stored count throws std::length_error, as sizing a vector does.

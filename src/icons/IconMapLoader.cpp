@@ -9,6 +9,8 @@
 
 #include <expat.h>
 
+#include <algorithm>
+
 namespace Framework::Internal {
 namespace {
 
@@ -110,36 +112,35 @@ void XMLCALL OnText(void* user, const XML_Char* data, int length) {
 
 } // namespace
 
-IconMapScan ScanIconMap(std::string_view bytes, bool withSpans) {
-    IconMapScan scan;
+struct IconMapScanner::State {
     struct ParserOwner {
-        XML_Parser parser;
+        XML_Parser parser = XML_ParserCreate(nullptr);
         ~ParserOwner() {
             if (parser)
                 XML_ParserFree(parser);
         }
-    } owner{XML_ParserCreate(nullptr)};
-    if (!owner.parser) {
-        scan.fault = IconMapFault::NoParser;
-        return scan;
+    } owner;
+    MapReader reader;
+    IconMapScan scan;
+    bool done = false;
+
+    explicit State(bool withSpans) : reader(owner.parser, withSpans) {
+        if (!owner.parser) {
+            scan.fault = IconMapFault::NoParser;
+            done = true;
+            return;
+        }
+        XML_SetUserData(owner.parser, &reader);
+        XML_SetElementHandler(owner.parser, OnStart, OnEnd);
+        XML_SetCharacterDataHandler(owner.parser, OnText);
     }
 
-    MapReader reader(owner.parser, withSpans);
-    XML_SetUserData(owner.parser, &reader);
-    XML_SetElementHandler(owner.parser, OnStart, OnEnd);
-    XML_SetCharacterDataHandler(owner.parser, OnText);
-
-    // Fed in pieces of a megabyte: expat copies what it is given into a buffer of its own,
-    // so a whole map at once would cost its size a second time. A streaming parser's
-    // verdict and positions do not depend on where the pieces end.
-    constexpr std::size_t kChunk = std::size_t{1} << 20;
-    const char* next = bytes.empty() ? "" : bytes.data();
-    std::size_t left = bytes.size();
-    do {
-        const std::size_t piece = left < kChunk ? left : kChunk;
-        left -= piece;
-        const XML_Bool last = left == 0 ? XML_TRUE : XML_FALSE;
-        if (XML_Parse(owner.parser, next, static_cast<int>(piece), last) != XML_STATUS_OK ||
+    // Parses one piece; false once the map is rejected.
+    bool Parse(const char* data, std::size_t size, bool last) {
+        if (done)
+            return scan.Accepted();
+        if (XML_Parse(owner.parser, data, static_cast<int>(size), last ? XML_TRUE : XML_FALSE) !=
+                XML_STATUS_OK ||
             reader.Rejected()) {
             if (reader.Rejected()) {
                 scan.fault = reader.fault;
@@ -150,13 +151,41 @@ IconMapScan ScanIconMap(std::string_view bytes, bool withSpans) {
                 scan.faultOffset = reader.Position();
                 scan.detail = XML_ErrorString(XML_GetErrorCode(owner.parser));
             }
-            return scan;
+            done = true;
+            return false;
         }
-        next += piece;
-    } while (left > 0);
-    scan.entries = std::move(reader.entries);
-    scan.spans = std::move(reader.spans);
-    return scan;
+        return true;
+    }
+};
+
+IconMapScanner::IconMapScanner(bool withSpans) : state(std::make_unique<State>(withSpans)) {}
+IconMapScanner::~IconMapScanner() = default;
+
+bool IconMapScanner::Feed(std::string_view piece) {
+    // expat takes int lengths, and copies what it is given into a buffer of its own: a
+    // megabyte at a time keeps that buffer small whatever the caller hands over.
+    constexpr std::size_t kChunk = std::size_t{1} << 20;
+    do {
+        const std::size_t size = std::min(piece.size(), kChunk);
+        if (!state->Parse(piece.empty() ? "" : piece.data(), size, false))
+            return false;
+        piece.remove_prefix(size);
+    } while (!piece.empty());
+    return true;
+}
+
+IconMapScan IconMapScanner::Finish() {
+    if (state->Parse("", 0, true)) {
+        state->scan.entries = std::move(state->reader.entries);
+        state->scan.spans = std::move(state->reader.spans);
+    }
+    return std::move(state->scan);
+}
+
+IconMapScan ScanIconMap(std::string_view bytes, bool withSpans) {
+    IconMapScanner scanner(withSpans);
+    scanner.Feed(bytes);
+    return scanner.Finish();
 }
 
 namespace {
@@ -208,16 +237,24 @@ void DescribeMapScan(LoadReport::FileRecord& record, const IconMapScan& scan, st
 void LoadIconMap(std::vector<IconMapEntry>& entries, const wchar_t* path,
                  LoadReport::FileRecord* record) {
     // A missing or unreadable file is the same as a rejected map: entries stay as they are.
-    std::uint64_t size = 0;
-    const auto bytes = Platform::CurrentPlatform().ReadFileInfoBuffer(path, size);
+    // The file is read in pieces, so that memory follows what the map keeps, not its size.
     if (record)
         record->path = path;
-    if (!bytes) {
+    IconMapScanner scanner;
+    std::uint64_t size = 0;
+    bool rejected = false;
+    const bool read =
+        Platform::CurrentPlatform().ReadFileInPieces(path, [&](std::string_view piece) {
+            size += piece.size();
+            rejected = !scanner.Feed(piece);
+            return !rejected; // a rejected map needs no more of the file
+        });
+    if (!read && !rejected) {
         if (record)
             Platform::DescribeUnreadFile(*record, path);
         return;
     }
-    IconMapScan scan = ScanIconMap(std::string_view(bytes.get(), static_cast<std::size_t>(size)));
+    IconMapScan scan = scanner.Finish();
     if (record)
         DescribeMapScan(*record, scan, size);
     if (scan.Accepted())

@@ -6,6 +6,7 @@
 #include <framework/QanString.h>
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,6 +49,24 @@ struct IconMapScan {
     std::string detail;
 
     bool Accepted() const { return fault == IconMapFault::None; }
+};
+
+// The same reading fed in pieces, for a reader that never holds the whole file: Feed each
+// piece in order, then Finish. Feed returns false once the map is rejected (further pieces
+// change nothing). The verdict and positions do not depend on where the pieces end.
+class IconMapScanner {
+public:
+    explicit IconMapScanner(bool withSpans = false);
+    ~IconMapScanner();
+    IconMapScanner(const IconMapScanner&) = delete;
+    IconMapScanner& operator=(const IconMapScanner&) = delete;
+
+    bool Feed(std::string_view piece);
+    IconMapScan Finish();
+
+private:
+    struct State;
+    std::unique_ptr<State> state;
 };
 
 // Reads an icon map: "map" elements at any depth, each with exactly one attribute "guid"

@@ -17,12 +17,18 @@ public:
     ~IconResourceCollection() override;
 
     std::optional<Resources::ResourceID> GetResource(const QanStringT<wchar_t>& key) const override;
+    // GetResource writing the fields of a hit into hit, a default ResourceID that a miss
+    // leaves untouched; answers whether the key was found.
+    bool Find(const QanStringT<wchar_t>& key, Resources::ResourceID& hit) const;
 
-    // The map in file order; filled once by LoadIconMap at service construction.
-    std::vector<IconMapEntry>& Entries() { return *entries; }
+    // The map in file order.
+    const std::vector<IconMapEntry>& Entries() const;
+    // Replaces the map; set once at service construction, before any look-up.
+    void SetEntries(std::vector<IconMapEntry> entries);
 
 private:
-    std::unique_ptr<std::vector<IconMapEntry>> entries;
+    struct State;
+    std::unique_ptr<State> state;
 };
 
 // Replaces entries with the map read from path (through ScanIconMap); a missing file or

@@ -6,6 +6,7 @@
 #include "text/TaggedText.h"
 
 #include <array>
+#include <cstddef>
 
 namespace Framework::Internal {
 namespace {
@@ -73,6 +74,11 @@ QanStringT<wchar_t> ComposeLegacyText(const StringLookup& getString, const QanSt
     const QanStringT<wchar_t> caption = getString(key, Caption);
     const QanStringT<wchar_t> body = getString(key, TooltipBody);
     const QanStringT<wchar_t> header = getString(key, TooltipHeader);
+    // Marker, two-letter tag and "=" before each present value: one allocation in all.
+    std::size_t size = 0;
+    for (const QanStringT<wchar_t>* value : {&caption, &body, &header})
+        size += value->empty() ? 0 : value->size() + 4;
+    text.reserve(size);
     AppendField(text, L"CT", caption);
     if (order == LegacyFieldOrder::BodyFirst) {
         AppendField(text, L"TT", body);

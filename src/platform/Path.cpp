@@ -1,16 +1,6 @@
 #include "platform/Path.h"
 
 namespace Framework::Path {
-namespace {
-bool IsSeparator(wchar_t c) {
-#if defined(_WIN32)
-    return c == L'\\' || c == L'/';
-#else
-    return c == L'/';
-#endif
-}
-} // namespace
-
 QanStringT<wchar_t> Combine(QanStringViewT<wchar_t> base, QanStringViewT<wchar_t> name) {
     if (base.empty())
         return QanStringT<wchar_t>(name);

@@ -12,6 +12,15 @@ inline constexpr wchar_t kSeparator = L'\\';
 inline constexpr wchar_t kSeparator = L'/';
 #endif
 
+// Whether c separates path parts: the system's separator (and on Windows also '/').
+constexpr bool IsSeparator(wchar_t c) {
+#if defined(_WIN32)
+    return c == L'\\' || c == L'/';
+#else
+    return c == L'/';
+#endif
+}
+
 // Joins base and name with exactly one separator between them; an empty base gives name
 // unchanged, an empty name gives base with a trailing separator.
 QanStringT<wchar_t> Combine(QanStringViewT<wchar_t> base, QanStringViewT<wchar_t> name);

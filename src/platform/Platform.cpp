@@ -7,6 +7,13 @@ namespace {
 std::atomic<const IPlatform*> platformForTests{nullptr};
 } // namespace
 
+bool IPlatform::ReadFileInPieces(const wchar_t* path,
+                                 const std::function<bool(std::string_view)>& piece) const {
+    std::uint64_t size = 0;
+    const auto bytes = ReadFileInfoBuffer(path, size);
+    return bytes && piece(std::string_view(bytes.get(), static_cast<std::size_t>(size)));
+}
+
 UnreadFile IPlatform::WhyUnread(const wchar_t* path) const {
     if (!Exists(path))
         return UnreadFile::Missing;

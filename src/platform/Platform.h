@@ -7,8 +7,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
+#include <string_view>
 
 namespace Framework::Platform {
 
@@ -42,6 +44,13 @@ public:
     // waits on the file: what is no regular file is refused without being read.
     virtual std::unique_ptr<char[]> ReadFileInfoBuffer(const wchar_t* path,
                                                        std::uint64_t& size) const = 0;
+    // Reads the file as ReadFileInfoBuffer would, handing its bytes to piece in order, a
+    // piece at a time, so that a reader that keeps little never holds the whole file. False
+    // when the file cannot be read, or stops being readable on the way (the pieces handed
+    // out so far are then to be dropped), or when piece returns false. The default reads
+    // the whole file and hands it out as one piece.
+    virtual bool ReadFileInPieces(const wchar_t* path,
+                                  const std::function<bool(std::string_view)>& piece) const;
     // Asked only after a failed read, to report it. The default tells a missing path and
     // one that is no regular file from the rest (a file that cannot be opened).
     virtual UnreadFile WhyUnread(const wchar_t* path) const;

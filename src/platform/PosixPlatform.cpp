@@ -4,6 +4,7 @@
 #include "platform/Platform.h"
 #include "platform/PosixFile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cwchar>
@@ -83,6 +84,36 @@ public:
         buffer[length] = '\0';
         size = length;
         return buffer;
+    }
+
+    bool ReadFileInPieces(const wchar_t* path,
+                          const std::function<bool(std::string_view)>& piece) const override {
+        if (!path || !*path)
+            return false;
+        std::uint64_t length = 0;
+        const int fd = OpenResourceFile(Utf8::Encode(path).c_str(), length);
+        if (fd < 0)
+            return false;
+        const struct Closer {
+            int fd;
+            ~Closer() { ::close(fd); }
+        } closer{fd};
+        constexpr std::size_t kPiece = std::size_t{1} << 20;
+        const std::unique_ptr<char[]> buffer(new char[kPiece]);
+        std::uint64_t done = 0;
+        while (done < length) {
+            const ssize_t got =
+                ::read(closer.fd, buffer.get(),
+                       static_cast<std::size_t>(std::min<std::uint64_t>(kPiece, length - done)));
+            if (got < 0 && errno == EINTR)
+                continue;
+            if (got <= 0)
+                return false; // the file shrank or failed while it was read
+            done += static_cast<std::uint64_t>(got);
+            if (!piece(std::string_view(buffer.get(), static_cast<std::size_t>(got))))
+                return false;
+        }
+        return length > 0 || piece(std::string_view());
     }
 
     UnreadFile WhyUnread(const wchar_t* path) const override {

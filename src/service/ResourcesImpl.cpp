@@ -23,7 +23,8 @@ constexpr int kStockIconError = 80;
 constexpr int kStockIconInfo = 79;
 constexpr int kStockIconHelp = 23;
 
-std::unique_ptr<IdCollection> MakeIconCollection(const Settings& settings, LoadRecorder& recorder) {
+std::unique_ptr<IconResourceCollection> MakeIconCollection(const Settings& settings,
+                                                           LoadRecorder& recorder) {
     auto icons = std::make_unique<IconResourceCollection>();
     FileRecord record;
     record.file = LoadReport::File::IconMap;
@@ -31,7 +32,9 @@ std::unique_ptr<IdCollection> MakeIconCollection(const Settings& settings, LoadR
     // Whether the map is read depends on the icon directory, while the map itself lives
     // in the resource directory. Intended: hosts without icons skip the parse.
     if (!settings.iconDirectory.empty()) {
-        LoadIconMap(icons->Entries(), path.c_str(), &record);
+        std::vector<IconMapEntry> entries;
+        LoadIconMap(entries, path.c_str(), &record);
+        icons->SetEntries(std::move(entries));
     } else {
         record.path = path;
         record.outcome = LoadReport::Outcome::Skipped;
@@ -41,7 +44,7 @@ std::unique_ptr<IdCollection> MakeIconCollection(const Settings& settings, LoadR
     return icons;
 }
 
-std::unique_ptr<IdCollection> MakeCursorCollection(LoadRecorder& recorder) {
+std::unique_ptr<CursorResourceCollection> MakeCursorCollection(LoadRecorder& recorder) {
     auto cursors = std::make_unique<CursorResourceCollection>();
     FileRecord record;
     record.file = LoadReport::File::IconLibrary;
@@ -85,9 +88,13 @@ ResourcesImpl::ResourcesImpl() {
     const Settings& settings = ProcessSettings();
     recorder = std::make_unique<LoadRecorder>(settings);
     stringCollection = std::make_unique<StringResourceCollection>(recorder.get());
-    iconCollection = MakeIconCollection(settings, *recorder);
+    auto icons = MakeIconCollection(settings, *recorder);
+    ownIcons = icons.get();
+    iconCollection = std::move(icons);
     platformIconCollection = LoadPlatformIconResourceCollection();
-    cursorCollection = MakeCursorCollection(*recorder);
+    auto cursors = MakeCursorCollection(*recorder);
+    ownCursors = cursors.get();
+    cursorCollection = std::move(cursors);
     legacyGuids = std::make_unique<LegacyGuidIndex>(BuildLegacyGuidIndex());
     legacyCollection = MakeLegacyCollection();
 }
@@ -124,27 +131,45 @@ QanStringT<wchar_t> ResourcesImpl::GetString(const QanStringT<wchar_t>& key,
 }
 
 Resources::ResourceID ResourcesImpl::GetIcon(const QanStringT<wchar_t>& key) const {
-    if (iconCollection)
-        if (auto hit = iconCollection->GetResource(key))
-            return std::move(*hit);
+    // One result object throughout, built in place in the caller's.
+    Resources::ResourceID result;
+    if (ownIcons) {
+        if (ownIcons->Find(key, result))
+            return result;
+    } else if (iconCollection) {
+        if (auto hit = iconCollection->GetResource(key)) {
+            result = std::move(*hit);
+            return result;
+        }
+    }
     // Always empty, asked all the same: the platform's own icons come through here.
     if (platformIconCollection)
-        if (auto hit = platformIconCollection->GetResource(key))
-            return std::move(*hit);
+        if (auto hit = platformIconCollection->GetResource(key)) {
+            result = std::move(*hit);
+            return result;
+        }
     if (legacyCollection)
         if (auto hit = legacyCollection->GetResource(key, Resources::Icon))
-            return std::move(*hit);
-    return {};
+            result = std::move(*hit);
+    return result;
 }
 
 Resources::ResourceID ResourcesImpl::GetCursor(const QanStringT<wchar_t>& key) const {
-    if (cursorCollection)
-        if (auto hit = cursorCollection->GetResource(key))
-            return std::move(*hit);
+    // One result object throughout, built in place in the caller's.
+    Resources::ResourceID result;
+    if (ownCursors) {
+        if (ownCursors->Find(key, result))
+            return result;
+    } else if (cursorCollection) {
+        if (auto hit = cursorCollection->GetResource(key)) {
+            result = std::move(*hit);
+            return result;
+        }
+    }
     if (legacyCollection)
         if (auto hit = legacyCollection->GetResource(key, Resources::Cursor))
-            return std::move(*hit);
-    return {};
+            result = std::move(*hit);
+    return result;
 }
 
 // The legacy look-ups compose texts through this service's own string look-up.

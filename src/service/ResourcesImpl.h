@@ -10,6 +10,8 @@
 
 namespace Framework::Internal {
 
+class CursorResourceCollection;
+class IconResourceCollection;
 class LoadRecorder;
 
 class ResourcesImpl final : public IResources {
@@ -46,8 +48,12 @@ private:
     std::unique_ptr<LoadRecorder> recorder;
     std::unique_ptr<StringCollection> stringCollection;
     std::unique_ptr<IdCollection> iconCollection;
+    // iconCollection when it is the library's own, asked without an optional in between.
+    const IconResourceCollection* ownIcons = nullptr;
     std::unique_ptr<IdCollection> platformIconCollection;
     std::unique_ptr<IdCollection> cursorCollection;
+    // cursorCollection when it is the library's own, asked without an optional in between.
+    const CursorResourceCollection* ownCursors = nullptr;
     std::unique_ptr<LegacyGuidIndex> legacyGuids;
     std::unique_ptr<LegacyCollection> legacyCollection;
 };

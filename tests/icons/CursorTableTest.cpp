@@ -2,14 +2,19 @@
 // resource bytes, and written as the tools write it.
 #include "icons/CursorTable.h"
 #include "CursorTableWriter.h"
+#include "base/Settings.h"
 #include "icons/CursorResourceCollection.h"
 #include "platform/Path.h"
+#include "service/ResourcesImpl.h"
 #include "support/FakePlatform.h"
+#include "support/TempDir.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
+#include <optional>
 #include <regex>
 
 namespace {
@@ -151,6 +156,111 @@ TEST(CursorTable, NegativeCountFailsTheServiceWhichIsRetried) {
     CursorResourceCollection none;
     none.LoadFromModule(nullptr);
     EXPECT_FALSE(none.GetResource(L"Arrow") || none.GetResource(L""));
+}
+
+// Every table of up to four entries named a, b or "" (in any order), followed by up to two
+// blank entries: each name answers as the bisection over the table's entries in stored
+// order does, blank tail included, with the first entry that bisection finds among equal
+// names; a name outside the table misses.
+TEST(CursorLookup, EveryTableAnswersAsTheBisectionOverIt) {
+    const auto fakeModule = reinterpret_cast<HINSTANCE>(static_cast<std::uintptr_t>(0x5000));
+    QanTest::FakePlatform fake;
+    std::vector<std::byte> bytes;
+    fake.findRawData = [&](HINSTANCE, int) { return std::span<const std::byte>(bytes); };
+    fake.freeModule = [](HINSTANCE) {};
+    const std::u16string names[] = {u"a", u"b", u""};
+    int unsortedTables = 0;
+    for (int length = 0; length <= 4; ++length) {
+        int combinations = 1;
+        for (int i = 0; i < length; ++i)
+            combinations *= 3;
+        for (int code = 0; code < combinations; ++code) {
+            std::vector<QanTool::CursorTable::Entry> entries;
+            for (int i = 0, rest = code; i < length; ++i, rest /= 3)
+                entries.push_back({names[rest % 3], static_cast<std::uint32_t>(10 + i)});
+            for (std::uint32_t blanks = 0; blanks <= 2; ++blanks) {
+                bytes = QanTool::CursorTable::Write(entries);
+                const std::uint32_t count = static_cast<std::uint32_t>(length) + blanks;
+                std::memcpy(bytes.data(), &count, sizeof count); // little-endian hosts
+                // The stored order, blank tail included, as (name, id).
+                std::vector<std::pair<std::wstring, int>> logical;
+                for (const auto& entry : entries)
+                    logical.emplace_back(std::wstring(entry.name.begin(), entry.name.end()),
+                                         static_cast<int>(entry.id));
+                logical.resize(logical.size() + blanks);
+                unsortedTables +=
+                    !std::is_sorted(logical.begin(), logical.end(),
+                                    [](auto& x, auto& y) { return x.first < y.first; });
+                CursorResourceCollection cursors;
+                cursors.LoadFromModule(fakeModule);
+                for (const std::wstring key : {L"a", L"b", L"", L"c"}) {
+                    const auto range = std::equal_range(
+                        logical.begin(), logical.end(), std::pair<std::wstring, int>(key, 0),
+                        [](const auto& x, const auto& y) { return x.first < y.first; });
+                    std::optional<Resources::ResourceID> want;
+                    if (range.first != range.second) {
+                        want.emplace();
+                        want->module = fakeModule;
+                        want->id = range.first->second;
+                    }
+                    EXPECT_EQ(cursors.GetResource(key), want)
+                        << code << " +" << blanks << " \"" << std::string(key.begin(), key.end())
+                        << "\"";
+                }
+            }
+        }
+    }
+    EXPECT_GT(unsortedTables, 100); // the walk does reach tables the bisection misses in
+}
+
+// The default service asks its own icon map and cursor table first; a key they lack falls
+// to the legacy registrations, and a key both hold answers from the library's own.
+TEST(CursorLookup, OwnCollectionsComeBeforeLegacyRegistrations) {
+    const auto iconsModule = reinterpret_cast<HINSTANCE>(static_cast<std::uintptr_t>(0x6000));
+    const auto legacyModule = reinterpret_cast<HINSTANCE>(static_cast<std::uintptr_t>(0x7000));
+    const QanTool::CursorTable::Entry cursors[] = {{u"A", 3}, {u"Both", 4}};
+    const auto table = QanTool::CursorTable::Write(cursors);
+    QanTest::FakePlatform fake;
+    fake.loadModule = [&](const wchar_t* name) {
+        return std::wstring(name) == L"QanIcons.dll" ? iconsModule : nullptr;
+    };
+    fake.findRawData = [&](HINSTANCE module, int) {
+        return module == iconsModule ? std::span<const std::byte>(table)
+                                     : std::span<const std::byte>();
+    };
+    fake.freeModule = [](HINSTANCE) {};
+    fake.stockIcon = [](int, Framework::Platform::StockIconLocation&) { return false; };
+    QanTest::TempDir resources, icons;
+    resources.Write("icons.map.xml",
+                    R"(<icons><map guid="Both">b.ico</map><map guid="K">k.ico</map></icons>)");
+    ProcessSettings().resourceDirectory = resources.Wide();
+    ProcessSettings().iconDirectory = icons.Wide();
+    ProcessSettings().iconSubdirectory.clear();
+    const ResourcesImpl service;
+    const Resources::RegistrarMapEntry entries[] = {{L"Both", 7, {}}, {L"Legacy", 8, {}}};
+    service.AddLegacyComponent(L"Comp", legacyModule);
+    service.AddLegacyResources(L"Comp", entries, 2, Resources::Cursor);
+    service.AddLegacyResources(L"Comp", entries, 2, Resources::Icon);
+    const auto id = [](HINSTANCE module, int number) {
+        Resources::ResourceID result;
+        result.module = module, result.id = number;
+        return result;
+    };
+    const auto folder = [&](const wchar_t* name) {
+        Resources::ResourceID result;
+        result.iconPath =
+            Framework::Path::AddBackslash(Framework::Path::Combine(icons.Wide(), name));
+        return result;
+    };
+    EXPECT_EQ(service.GetCursor(L"A"), id(iconsModule, 3));
+    EXPECT_EQ(service.GetCursor(L"Both"), id(iconsModule, 4));
+    EXPECT_EQ(service.GetCursor(L"Legacy"), id(legacyModule, 8));
+    EXPECT_EQ(service.GetCursor(L"K"), Resources::ResourceID{});
+    EXPECT_EQ(service.GetIcon(L"K"), folder(L"k.ico"));
+    EXPECT_EQ(service.GetIcon(L"Both"), folder(L"b.ico"));
+    EXPECT_EQ(service.GetIcon(L"Legacy"), id(legacyModule, 8));
+    EXPECT_EQ(service.GetIcon(L"A"), Resources::ResourceID{});
+    ProcessSettings() = Settings{};
 }
 
 } // namespace

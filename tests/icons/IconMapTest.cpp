@@ -8,7 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <filesystem>
 #include <memory>
 #include <thread>
 
@@ -114,6 +116,21 @@ TEST(IconMap, ScanNamesTheFaultAndWhereEachEntryStands) {
         EXPECT_TRUE(plain.fault == scan.fault && plain.spans.empty() &&
                     plain.entries.size() == scan.entries.size())
             << row.xml;
+        // The library reads a map in pieces: a byte at a time, the same reading.
+        IconMapScanner scanner(true);
+        for (const char byte : row.xml)
+            if (!scanner.Feed(std::string_view(&byte, 1)))
+                break;
+        const IconMapScan pieces = scanner.Finish();
+        EXPECT_TRUE(pieces.fault == scan.fault && pieces.faultOffset == scan.faultOffset &&
+                    pieces.detail == scan.detail && pieces.entries.size() == scan.entries.size())
+            << row.xml;
+        for (std::size_t i = 0; i < std::min(pieces.entries.size(), scan.entries.size()); ++i)
+            EXPECT_TRUE(pieces.entries[i].key == scan.entries[i].key &&
+                        pieces.entries[i].fileName == scan.entries[i].fileName &&
+                        pieces.spans[i].begin == scan.spans[i].begin &&
+                        pieces.spans[i].end == scan.spans[i].end)
+                << row.xml;
         EXPECT_EQ(scan.fault, row.fault) << row.xml;
         EXPECT_EQ(scan.detail, row.detail) << row.xml;
         if (row.fault != F::None) {
@@ -199,12 +216,119 @@ TEST(IconMap, WithoutAnIconDirectoryTheMapIsNotRead) {
 TEST(IconLookup, AMissingLocationIsAHitAndTheMapIsNeverSorted) {
     ProcessSettings().iconDirectory = L"no such location";
     IconResourceCollection icons;
-    icons.Entries() = {{L"a", L"x.ico"}, {L"b", L"x.png.png"}};
+    icons.SetEntries({{L"a", L"x.ico"}, {L"b", L"x.png.png"}});
     EXPECT_EQ(icons.GetResource(L"a"), Resources::ResourceID{}); // a hit, every path empty
     EXPECT_EQ(icons.GetResource(L"b"), Resources::ResourceID{});
-    icons.Entries() = {{L"b", L"b.ico"}, {L"a", L"a.ico"}}; // unsorted: b can miss
+    icons.SetEntries({{L"b", L"b.ico"}, {L"a", L"a.ico"}}); // unsorted: b can miss
     EXPECT_FALSE(icons.GetResource(L"b"));
     EXPECT_FALSE(LoadPlatformIconResourceCollection()->GetResource(L"a"));
+}
+
+// Every map of up to five entries over the keys a, b and c, sorted or not: each key
+// answers as the bisection over the map in file order does, with the first entry that
+// bisection finds among equal keys, and a key outside the map misses.
+TEST(IconLookup, EveryMapAnswersAsTheBisectionOverItInFileOrder) {
+    QanTest::TempDir icons;
+    icons.Write("File", "container"); // the entry's file name comes back as the icon path
+    ProcessSettings().iconDirectory = icons.Wide();
+    ProcessSettings().iconSubdirectory = L"File";
+    struct KeyOrder {
+        bool operator()(const IconMapEntry& e, const std::wstring& k) const { return e.key < k; }
+        bool operator()(const std::wstring& k, const IconMapEntry& e) const { return k < e.key; }
+    };
+    int unsortedMaps = 0;
+    for (int length = 0; length <= 5; ++length) {
+        int combinations = 1;
+        for (int i = 0; i < length; ++i)
+            combinations *= 3;
+        for (int code = 0; code < combinations; ++code) {
+            std::vector<IconMapEntry> entries;
+            for (int i = 0, rest = code; i < length; ++i, rest /= 3)
+                entries.push_back({std::wstring(1, static_cast<wchar_t>(L'a' + rest % 3)),
+                                   std::to_wstring(i) + L".ico"});
+            unsortedMaps += !std::is_sorted(entries.begin(), entries.end(),
+                                            [](auto& x, auto& y) { return x.key < y.key; });
+            IconResourceCollection collection;
+            collection.SetEntries(entries);
+            for (const std::wstring key : {L"a", L"b", L"c", L"d", L""}) {
+                const auto range =
+                    std::equal_range(entries.begin(), entries.end(), key, KeyOrder{});
+                const auto got = collection.GetResource(key);
+                ASSERT_EQ(got.has_value(), range.first != range.second) << code << " " << key;
+                if (got) {
+                    EXPECT_EQ(got->iconPath, range.first->fileName) << code << " " << key;
+                }
+            }
+        }
+    }
+    EXPECT_GT(unsortedMaps, 100); // the walk does reach maps the bisection misses keys of
+}
+
+// The location is read from the settings at every hit: a changed directory or
+// subdirectory, and a return to an earlier one, are seen at the next look-up; separators
+// between the location and a file name are joined as the path rules join them.
+TEST(IconLookup, EachHitFollowsTheCurrentLocationSettings) {
+    QanTest::TempDir root;
+    std::filesystem::create_directories(root.Path() / "one" / "sub");
+    std::filesystem::create_directories(root.Path() / "two");
+    root.Write("file", "container");
+    IconResourceCollection icons;
+    const std::wstring slash(1, kSep);
+    icons.SetEntries({{L"k", L"k.ico"}, {L"p", L"p.png.png"}, {L"s", slash + L"s.ico"}});
+    const std::wstring base = root.Wide();
+    // Directory, subdirectory, key, then the expected PNG, icon and container paths.
+    const std::array<std::wstring, 6> rows[] = {
+        {base, L"one", L"k", L"", base + slash + L"one" + slash + L"k.ico" + slash, L""},
+        {base, L"two", L"k", L"", base + slash + L"two" + slash + L"k.ico" + slash, L""},
+        {base, L"one", L"p", base + slash + L"one" + slash + L"p.png", L"", L""},
+        {base + slash + L"one", L"sub", L"k", L"",
+         base + slash + L"one" + slash + L"sub" + slash + L"k.ico" + slash, L""},
+        {base + slash + L"one" + slash, L"", L"k", L"",
+         base + slash + L"one" + slash + L"k.ico" + slash, L""},
+        {base + slash + L"one" + slash, L"", L"s", L"",
+         base + slash + L"one" + slash + L"s.ico" + slash, L""},
+        {base + slash + L"one", L"", L"s", L"", base + slash + L"one" + slash + L"s.ico" + slash,
+         L""},
+        {base, L"file", L"k", L"", L"k.ico", base + slash + L"file"},
+        {base, L"file", L"p", L"p.png", L"", base + slash + L"file"},
+        {base, L"none", L"k", L"", L"", L""},
+        {L"", L"", L"k", L"", L"", L""},
+        {base, L"two", L"k", L"", base + slash + L"two" + slash + L"k.ico" + slash, L""},
+    };
+    for (const auto& [directory, subdirectory, key, png, icon, container] : rows) {
+        ProcessSettings().iconDirectory = directory;
+        ProcessSettings().iconSubdirectory = subdirectory;
+        Resources::ResourceID want;
+        want.pngPath = png, want.iconPath = icon, want.containerPath = container;
+        EXPECT_EQ(icons.GetResource(key), want) << directory << " | " << subdirectory << " " << key;
+    }
+}
+
+// Four threads make their first look-ups at once, so each may be the one that records the
+// location: every answer is the path under the one location set.
+TEST(IconLookup, ConcurrentFirstLookUpsAllSeeTheLocation) {
+    QanTest::TempDir root;
+    std::filesystem::create_directories(root.Path() / "set");
+    ProcessSettings().iconDirectory = root.Wide();
+    ProcessSettings().iconSubdirectory = L"set";
+    IconResourceCollection icons;
+    icons.SetEntries({{L"a", L"a.ico"}, {L"b", L"b.png.png"}});
+    const std::wstring folder = root.Wide() + kSep + L"set" + kSep;
+    std::array<int, 4> wrong{};
+    std::vector<std::thread> threads;
+    for (std::size_t t = 0; t < wrong.size(); ++t)
+        threads.emplace_back([&, t] {
+            for (int i = 0; i < 200; ++i) {
+                const auto a = icons.GetResource(L"a");
+                const auto b = icons.GetResource(L"b");
+                wrong[t] += !a || a->iconPath != folder + L"a.ico" + kSep || !b ||
+                            b->pngPath != folder + L"b.png";
+            }
+        });
+    for (auto& thread : threads)
+        thread.join();
+    EXPECT_EQ(wrong, (std::array<int, 4>{}));
+    ProcessSettings() = Settings{};
 }
 
 // Four threads fill the cache at once with files, folders and missing locations, each in

@@ -10,6 +10,7 @@
 #include <map>
 #include <regex>
 #include <set>
+#include <string_view>
 #include <tuple>
 
 namespace {
@@ -129,6 +130,67 @@ TEST(LegacyGuidIndex, FindsEveryPairOfTheDataFile) {
         ASSERT_EQ(std::vector<std::string>(listed.begin(), listed.end()), names) << id;
     }
     EXPECT_TRUE(ComponentsWithId(index, 65281).empty());
+}
+
+// The answers of a bisection over the records as listed: by (id, component) the first of
+// the equal range, by id every record of the equal range.
+struct Bisection {
+    static bool Less(const LegacyGuidRecord& a, const LegacyGuidRecord& b) {
+        return a.id != b.id ? a.id < b.id : a.component < b.component;
+    }
+    static const wchar_t* Find(const std::vector<LegacyGuidRecord>& records, int id,
+                               std::string_view component) {
+        const auto range = std::equal_range(records.begin(), records.end(),
+                                            LegacyGuidRecord{id, component, {}}, Less);
+        return range.first == range.second ? nullptr : range.first->guid.data();
+    }
+    static std::vector<std::string_view> Components(const std::vector<LegacyGuidRecord>& records,
+                                                    int id) {
+        const auto range = std::equal_range(
+            records.begin(), records.end(), LegacyGuidRecord{id, {}, {}},
+            [](const LegacyGuidRecord& a, const LegacyGuidRecord& b) { return a.id < b.id; });
+        std::vector<std::string_view> names;
+        for (auto it = range.first; it != range.second; ++it)
+            names.push_back(it->component);
+        return names;
+    }
+};
+
+// Each answer comes from the record the bisection over the listed records finds (told
+// apart by where its GUID lies): for the shipped index, and for every list of up to four
+// records over two ids and two components, sorted or not.
+TEST(LegacyGuidIndex, AnswersAsTheBisectionOverItsRecords) {
+    const auto check = [](const LegacyGuidIndex& index, int id, std::string_view component) {
+        const auto found = FindLegacyGuid(index, id, component);
+        const wchar_t* want = Bisection::Find(index.Records(), id, component);
+        EXPECT_EQ(found ? found->data() : nullptr, want) << id << " " << component;
+        EXPECT_EQ(ComponentsWithId(index, id), Bisection::Components(index.Records(), id)) << id;
+    };
+    const LegacyGuidIndex shipped = BuildLegacyGuidIndex();
+    for (const LegacyGuidRecord& record : shipped.Records())
+        check(shipped, record.id, record.component);
+    for (int id : {-1, 0, 65281, 1 << 30})
+        check(shipped, id, "mirrowtack");
+
+    static const wchar_t guids[4][3] = {L"g0", L"g1", L"g2", L"g3"};
+    const std::pair<int, std::string_view> kinds[] = {{1, "a"}, {1, "b"}, {2, "a"}, {2, "b"}};
+    int unsorted = 0;
+    for (int length = 0; length <= 4; ++length) {
+        int combinations = 1;
+        for (int i = 0; i < length; ++i)
+            combinations *= 4;
+        for (int code = 0; code < combinations; ++code) {
+            std::vector<LegacyGuidRecord> records;
+            for (int i = 0, rest = code; i < length; ++i, rest /= 4)
+                records.push_back({kinds[rest % 4].first, kinds[rest % 4].second, guids[i]});
+            unsorted += !std::is_sorted(records.begin(), records.end(), Bisection::Less);
+            const LegacyGuidIndex index(records);
+            for (int id : {0, 1, 2, 3})
+                for (std::string_view component : {"a", "b", "c"})
+                    check(index, id, component);
+        }
+    }
+    EXPECT_GT(unsorted, 100); // the walk does reach lists the bisection misses records of
 }
 
 } // namespace
