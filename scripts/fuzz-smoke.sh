@@ -41,6 +41,8 @@ mkdir -p "$build/dict" "$build/artifacts"
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 status=0
+passed=0
+failed=0
 for target in $(printf '%s\n' "${targets[@]}" | sort); do
     dict=()
     if [ -n "${grammars[$target]}" ]; then
@@ -62,10 +64,13 @@ for target in $(printf '%s\n' "${targets[@]}" | sort); do
         coverage=$(echo "$last" | sed -n 's/.* cov: \([0-9]*\).*/\1/p')
         entries=$(echo "$last" | sed -n 's/.* corp: \([0-9]*\/[0-9]*[a-zA-Z]*\).*/\1/p')
         echo "    ok: $executions runs, cov $coverage, corpus $entries"
+        passed=$((passed + 1))
     else
         echo "    FAILED: see $log" >&2
         grep -E 'ERROR|violated|SUMMARY|Test unit written' "$log" | head -5 >&2 || true
         status=1
+        failed=$((failed + 1))
     fi
 done
+echo "fuzz: $passed passed, $failed failed"
 exit $status
