@@ -1,10 +1,13 @@
 // UnreadFile.h: the load report's record of a file that ReadFileInfoBuffer gave nothing
-// for: missing, or refused with the reason.
+// for: missing, or refused with the reason; and the whole-file read that fills it.
 #pragma once
 
 #include "platform/Platform.h"
 
 #include <framework/LoadReport.h>
+
+#include <cstdint>
+#include <memory>
 
 namespace Framework::Platform {
 
@@ -28,6 +31,19 @@ inline void DescribeUnreadFile(LoadReport::FileRecord& record, const wchar_t* pa
         record.reason = L"cannot be opened or read";
         return;
     }
+}
+
+// ReadFileInfoBuffer for a loader that keeps a record: the record gets the path, and the
+// reason when nothing could be read. record may be null.
+inline std::unique_ptr<char[]> ReadRecordedFile(const wchar_t* path, std::uint64_t& size,
+                                                LoadReport::FileRecord* record) {
+    std::unique_ptr<char[]> data = CurrentPlatform().ReadFileInfoBuffer(path, size);
+    if (record) {
+        record->path = path;
+        if (!data)
+            DescribeUnreadFile(*record, path);
+    }
+    return data;
 }
 
 } // namespace Framework::Platform

@@ -55,16 +55,10 @@ KeyTableScan ScanKeyTable(std::string_view bytes) {
 void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path,
                      LoadReport::FileRecord* record) {
     std::uint64_t size = 0;
-    std::unique_ptr<char[]> data =
-        Platform::CurrentPlatform().ReadFileInfoBuffer(path.c_str(), size);
-    if (record)
-        record->path = path;
+    std::unique_ptr<char[]> data = Platform::ReadRecordedFile(path.c_str(), size, record);
     // An unreadable file keeps the rows the table had, with the buffer they point into.
-    if (!data) {
-        if (record)
-            Platform::DescribeUnreadFile(*record, path.c_str());
+    if (!data)
         return;
-    }
 
     KeyTableScan scan = ScanKeyTable(std::string_view(data.get(), static_cast<std::size_t>(size)));
     if (record) {

@@ -102,18 +102,12 @@ void DescribeScan(LoadReport::FileRecord& record, const StringFileScan& scan, st
 void LoadXmlStringTable(StringTable& table, const QanStringT<wchar_t>& path, bool sort,
                         LoadReport::FileRecord* record) {
     std::uint64_t size = 0;
-    std::unique_ptr<char[]> data =
-        Platform::CurrentPlatform().ReadFileInfoBuffer(path.c_str(), size);
-    if (record)
-        record->path = path;
+    std::unique_ptr<char[]> data = Platform::ReadRecordedFile(path.c_str(), size, record);
     // Whenever a load ends without new rows, the table keeps its rows together with the
     // buffer they point into, so that no row is ever left pointing at released bytes (a
     // full file that cannot be read keeps the start-up texts usable).
-    if (!data) {
-        if (record)
-            Platform::DescribeUnreadFile(*record, path.c_str());
+    if (!data)
         return;
-    }
 
     StringFileScan scan =
         ScanStringTextFile(std::string_view(data.get(), static_cast<std::size_t>(size)));
