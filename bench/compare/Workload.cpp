@@ -2,8 +2,6 @@
 // that the library and every peer give exactly those answers.
 #include "Workload.h"
 
-#include "support/AllocationCounter.h"
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -178,8 +176,8 @@ Workload BuildWorkload(const Corpus& corpus, std::size_t length) {
     return work;
 }
 
-void VerifyAll(const Workload& work, const Corpus& corpus, const GettextPeer& gettext,
-               const IcuPeer& icu, const StringCollection& startupOnly) {
+void VerifyAll(const Workload& work, const GettextPeer& gettext, const IcuPeer& icu,
+               const StringCollection& startupOnly, const LoadRecorder& startupRecord) {
     for (std::size_t i = 0; i < work.hits.size(); ++i) {
         const std::string& key = work.hits.narrow[i];
         const std::wstring& expected = work.texts.at(key);
@@ -190,16 +188,13 @@ void VerifyAll(const Workload& work, const Corpus& corpus, const GettextPeer& ge
         Expect("ures_getStringByKey", key, expected, text ? FromUtf16(text, length) : L"<miss>");
     }
 
-    // A full load would add at least the file's bytes to the heap.
-    QanBench::TrackLiveBytes(true);
-    const std::int64_t before = QanBench::LiveBytes();
     for (std::size_t i = 0; i < work.startupHits.size(); ++i)
         Expect("start-up GetResource", work.startupHits.narrow[i],
                work.texts.at(work.startupHits.narrow[i]),
                startupOnly.GetResource(work.startupHits.wide[i], kStringKind).value_or(L"<miss>"));
-    const std::int64_t grown = QanBench::LiveBytes() - before;
-    QanBench::TrackLiveBytes(false);
-    if (grown > static_cast<std::int64_t>(corpus.fullBytes / 2))
+    Framework::LoadReport report;
+    startupRecord.CopyInto(report);
+    if (report.fullStringsRead)
         Fail("the start-up hits made the collection read strings.xml");
 
     for (const Keys* missing : {&work.misses, &work.dangling})

@@ -54,9 +54,10 @@ struct Workload {
 Workload BuildWorkload(const Corpus& corpus, std::size_t length);
 
 // Asks every side for every key of every sequence; exits with a message at the first
-// answer that is not the expected one. The start-up collection must not read the full file.
-void VerifyAll(const Workload& work, const Corpus& corpus, const GettextPeer& gettext,
-               const IcuPeer& icu, const StringCollection& startupOnly);
+// answer that is not the expected one. The start-up collection must not read the full file,
+// as its recorder tells.
+void VerifyAll(const Workload& work, const GettextPeer& gettext, const IcuPeer& icu,
+               const StringCollection& startupOnly, const LoadRecorder& startupRecord);
 
 // Prints the message, removes the folder given to RemoveOnFailure (the corpus) and exits
 // with status 1.

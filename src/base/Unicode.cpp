@@ -139,19 +139,33 @@ namespace Framework::Utf8 {
 using Unicode::kReplacementCharacter;
 
 void DecodeAppend(QanStringViewT<char> bytes, QanStringT<wchar_t>& out) {
+    // Never more wide units than bytes (a sequence of n bytes makes at most two units, and a
+    // refused byte one), so the room is made once and written through a pointer.
+    const std::size_t start = out.size();
+    out.resize(start + bytes.size());
+    wchar_t* write = out.data() + start;
     const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
     const auto* end = p + bytes.size();
     while (p < end) {
         if (*p < 0x80) { // the common case, without a call
-            out.push_back(static_cast<wchar_t>(*p++));
+            *write++ = static_cast<wchar_t>(*p++);
             continue;
         }
         char32_t value = 0;
         std::size_t consumed = 0;
-        const bool ok = Framework::Unicode::ReadSequence(p, end, value, consumed) != 0;
-        Unicode::AppendWide(ok ? value : kReplacementCharacter, out);
+        if (Framework::Unicode::ReadSequence(p, end, value, consumed) == 0)
+            value = kReplacementCharacter;
         p += consumed;
+        if constexpr (sizeof(wchar_t) == 2) {
+            if (value >= 0x10000) {
+                *write++ = static_cast<wchar_t>(Unicode::HighSurrogateOf(value));
+                *write++ = static_cast<wchar_t>(Unicode::LowSurrogateOf(value));
+                continue;
+            }
+        }
+        *write++ = static_cast<wchar_t>(value);
     }
+    out.resize(static_cast<std::size_t>(write - out.data()));
 }
 
 QanStringT<wchar_t> Decode(QanStringViewT<char> bytes) {

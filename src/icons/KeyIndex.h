@@ -4,6 +4,8 @@
 // key's characters, nothing else.
 #pragma once
 
+#include "base/HashBytes.h"
+
 #include <framework/QanString.h>
 
 #include <cstddef>
@@ -65,31 +67,11 @@ private:
     };
 
     static std::uint32_t Fingerprint(std::size_t hash) {
-        return static_cast<std::uint32_t>(static_cast<std::uint64_t>(hash) >> 32);
+        return HashFingerprint(static_cast<std::uint64_t>(hash));
     }
 
-    // Eight bytes at a time with a multiply and a fold: the keys are short texts, and
-    // only their order among the slots depends on it.
     static std::size_t Hash(QanStringViewT<wchar_t> key) {
-        const auto* bytes = reinterpret_cast<const unsigned char*>(key.data());
-        std::size_t left = key.size() * sizeof(wchar_t);
-        std::uint64_t hash = 0x9E3779B97F4A7C15u ^ left;
-        auto mix = [&hash](std::uint64_t word) {
-            hash = (hash ^ word) * 0xFF51AFD7ED558CCDu;
-            hash ^= hash >> 32;
-        };
-        for (; left >= 8; left -= 8, bytes += 8) {
-            std::uint64_t word;
-            std::memcpy(&word, bytes, 8);
-            mix(word);
-        }
-        if (left > 0) {
-            std::uint64_t word = 0;
-            std::memcpy(&word, bytes, left);
-            mix(word);
-        }
-        hash *= 0xC4CEB9FE1A85EC53u;
-        return static_cast<std::size_t>(hash ^ (hash >> 29));
+        return static_cast<std::size_t>(HashBytes(key.data(), key.size() * sizeof(wchar_t)));
     }
 
     static bool SameCharacters(const wchar_t* a, const wchar_t* b, std::size_t count) {

@@ -35,30 +35,17 @@ void ReplaceAllShrinking(QanStringT<wchar_t>& text, QanStringViewT<wchar_t> from
 } // namespace
 
 QanStringT<wchar_t> DecodeStringText(QanStringViewT<char> text) {
-    if (!text.empty()) {
-        if (const void* zero = std::memchr(text.data(), 0, text.size()))
-            text = text.substr(
-                0, static_cast<std::size_t>(static_cast<const char*>(zero) - text.data()));
-    }
-    // Plain ASCII without '&' or '\\' (most texts) has nothing to decode: widened straight
-    // into the result.
-    std::size_t plain = 0;
-    for (; plain < text.size(); ++plain) {
-        const auto byte = static_cast<unsigned char>(text[plain]);
-        if (byte >= 0x80 || byte == '&' || byte == '\\')
-            break;
-    }
-    if (plain == text.size()) {
-        QanStringT<wchar_t> result(text.size(), L'\0');
-        for (std::size_t i = 0; i < text.size(); ++i)
-            result[i] = static_cast<wchar_t>(static_cast<unsigned char>(text[i]));
-        return result;
-    }
-
-    // Never more wide units than bytes: one allocation for the whole result.
+    if (text.empty())
+        return {};
+    if (const void* zero = std::memchr(text.data(), 0, text.size()))
+        text =
+            text.substr(0, static_cast<std::size_t>(static_cast<const char*>(zero) - text.data()));
+    // Most texts hold neither an entity nor a backslash: those are only decoded from UTF-8,
+    // which writes straight into the result.
     QanStringT<wchar_t> result;
-    result.reserve(text.size());
     Utf8::DecodeAppend(text, result);
+    if (!std::memchr(text.data(), '&', text.size()) && !std::memchr(text.data(), '\\', text.size()))
+        return result;
 
     UnReplaceXmlEntities(result);
     if (result.find(L'\\') == QanStringT<wchar_t>::npos)

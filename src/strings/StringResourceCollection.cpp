@@ -2,6 +2,7 @@
 // the full text file once, at the first look-up whose id the start-up texts lack.
 #include "strings/StringResourceCollection.h"
 
+#include "base/HashBytes.h"
 #include "base/LoadRecord.h"
 #include "base/Settings.h"
 #include "base/Unicode.h"
@@ -9,7 +10,7 @@
 #include "platform/Platform.h"
 #include "strings/CsvKeyTable.h"
 #include "strings/DecodeStringText.h"
-#include "strings/FindInTable.h"
+#include "strings/HitMemo.h"
 #include "strings/MergeOverrides.h"
 #include "strings/StringResourceLoadException.h"
 #include "strings/TableIndex.h"
@@ -69,38 +70,41 @@ struct IndexedTable {
     TableIndex index;
 
     void Index() { index = TableIndex(table.entries); }
-    std::optional<std::size_t> FindRow(QanStringViewT<char> key) const {
-        return index.Find(table.entries, key);
-    }
     std::optional<QanStringViewT<char>> Find(QanStringViewT<char> key) const {
-        const std::optional<std::size_t> row = FindRow(key);
+        const std::optional<std::size_t> row = index.Find(table.entries, key);
         if (!row)
             return std::nullopt;
         return table.entries[*row].text;
     }
 };
 
-// A key table with its index, built at the table's first look-up (the key tables are read
-// at construction, and a kind that is never asked for never pays for its index). Searched
-// without the collection's lock: the once-flag orders the build before every search.
+// A key table with its search index and the memo of its hits, both made at the table's
+// first look-up (the key tables are read at construction, and a kind that is never asked
+// for never pays for them). Searched without the collection's lock: the once-flag orders
+// the build before every search, and the memo's Find needs no lock.
 struct KeyTable {
     StringTable table;
     mutable TableIndex index;
+    mutable HitMemo memo;
     mutable std::once_flag indexed;
 
-    std::optional<std::size_t> FindRow(QanStringViewT<char> key) const {
-        std::call_once(indexed, [this] { index = TableIndex(table.entries); });
-        return index.Find(table.entries, key);
+    void Ready() const {
+        std::call_once(indexed, [this] {
+            index = TableIndex(table.entries);
+            memo = HitMemo(table);
+        });
     }
 };
 
-// After the full load, each key row's text row, found at the key's first hit and kept:
-// 0 while unknown, kNoText when the id has no text, otherwise the text row + 1 (a row
-// takes at least four bytes of a file below 4 GiB, so the numbers fit).
-constexpr std::uint32_t kNoText = UINT32_MAX;
-struct TextRows {
-    std::unique_ptr<std::uint32_t[]> rows; // one per key row, made at the first hit
-};
+// What a slot's remembered text means: found before or after the full load (a text found
+// before the load is looked for anew after it), and whether the id had no text.
+namespace TextState {
+constexpr std::uint32_t kUnknown = 0;
+constexpr std::uint32_t kBeforeLoad = 1;
+constexpr std::uint32_t kAfterLoad = 2;
+constexpr std::uint32_t kLoadBits = 3;
+constexpr std::uint32_t kNoText = 4;
+} // namespace TextState
 
 struct StringResourceCollection::State {
     IndexedTable strings;
@@ -115,8 +119,6 @@ struct StringResourceCollection::State {
     // ever found stays valid while the collection lives, so texts are decoded after the
     // lock is released.
     std::unique_ptr<char[]> startupBytes;
-    // Per key table (in StringKind order), under the lock, once the full file is loaded.
-    TextRows textRows[4];
     LoadRecorder* recorder = nullptr; // records what is read, when the owner keeps a report
 
     // Loads one text file, and records it when a report is kept.
@@ -156,6 +158,40 @@ struct StringResourceCollection::State {
         default:
             return nullptr;
         }
+    }
+
+    // The text of id as the tables stand now. Called with the lock held; the first id that
+    // the start-up texts lack loads the full file.
+    std::optional<QanStringViewT<char>> FindText(QanStringViewT<char> id) {
+        if (fullStringsLoaded)
+            return strings.Find(id);
+        if (const std::optional<QanStringViewT<char>> text = strings.Find(id)) {
+            // Before the full load the overrides are consulted for each id; afterwards they
+            // are merged into the table.
+            if (const std::optional<QanStringViewT<char>> overridden = overrides.Find(id))
+                return overridden;
+            return text;
+        }
+        LoadFullStrings();
+        return strings.Find(id);
+    }
+
+    // The same, for a key whose slot remembers its last answer; the slot then keeps this
+    // one. The bytes of a remembered text stay valid (see GetResource), so only the load it
+    // was found in decides whether it still holds. Called with the lock held.
+    // The id is read from its key row only then: a remembered text costs no look at the row.
+    std::optional<QanStringViewT<char>> FindText(RememberedText& known, const StringTable& keys,
+                                                 std::size_t keyRow) {
+        using namespace TextState;
+        if ((known.state & kLoadBits) != (fullStringsLoaded ? kAfterLoad : kBeforeLoad)) {
+            const std::optional<QanStringViewT<char>> text = FindText(keys.entries[keyRow].text);
+            known.bytes.store(text ? text->data() : nullptr, std::memory_order_relaxed);
+            known.length = text ? static_cast<std::uint32_t>(text->size()) : 0;
+            known.state = (fullStringsLoaded ? kAfterLoad : kBeforeLoad) | (text ? 0 : kNoText);
+        }
+        if (known.state & kNoText)
+            return std::nullopt;
+        return QanStringViewT<char>(known.bytes.load(std::memory_order_relaxed), known.length);
     }
 
     // Reads the full text file in place of the start-up texts and lays the overrides over
@@ -230,10 +266,17 @@ StringResourceCollection::GetResource(const QanStringT<wchar_t>& key, StringKind
     if (!keys)
         return std::nullopt;
     const NarrowKey narrowKey(key);
-    const std::optional<std::size_t> keyRow = keys->FindRow(narrowKey.View());
-    if (!keyRow)
-        return std::nullopt;
-    const QanStringViewT<char> id = keys->table.entries[*keyRow].text;
+    const QanStringViewT<char> narrow = narrowKey.View();
+    const std::uint64_t hash = HashBytes(narrow.data(), narrow.size());
+    keys->Ready();
+    // A key hit before is found in the memo; any other is searched for, outside the lock.
+    HitMemo::Slot* slot = keys->memo.Find(narrow, hash);
+    std::optional<std::size_t> keyRow;
+    if (!slot) {
+        keyRow = keys->index.Find(keys->table.entries, narrow);
+        if (!keyRow)
+            return std::nullopt;
+    }
 
     // Held while the tables are searched (the lazy load replaces them); the bytes a found
     // text points into are never released while the collection lives (the start-up bytes
@@ -242,28 +285,13 @@ StringResourceCollection::GetResource(const QanStringT<wchar_t>& key, StringKind
     QanStringViewT<char> found;
     {
         std::lock_guard<std::mutex> guard(state->lock);
+        if (!slot)
+            slot = keys->memo.Remember(hash, *keyRow);
         std::optional<QanStringViewT<char>> text;
-        if (state->fullStringsLoaded) {
-            // The full table no longer changes: the key row's text row is searched once.
-            std::unique_ptr<std::uint32_t[]>& known = state->textRows[kind].rows;
-            if (!known)
-                known = std::make_unique<std::uint32_t[]>(keys->table.entries.size());
-            std::uint32_t& slot = known[*keyRow];
-            if (slot == 0) {
-                const std::optional<std::size_t> row = state->strings.FindRow(id);
-                slot = row ? static_cast<std::uint32_t>(*row + 1) : kNoText;
-            }
-            if (slot != kNoText)
-                text = state->strings.table.entries[slot - 1].text;
-        } else if ((text = state->strings.Find(id))) {
-            // Before the full load the overrides are consulted for each id; afterwards they
-            // are merged into the table.
-            if (const auto overridden = state->overrides.Find(id))
-                text = overridden;
-        } else {
-            state->LoadFullStrings();
-            text = state->strings.Find(id);
-        }
+        if (slot)
+            text = state->FindText(slot->text, keys->table, slot->Row());
+        else
+            text = state->FindText(keys->table.entries[*keyRow].text);
         // The key is this collection's, but its id has no text: answered, with an empty
         // text, so that the service does not look elsewhere.
         if (!text)

@@ -3,6 +3,8 @@
 // part when that row's key is less than the wanted one, its left part otherwise.
 #include "strings/TableIndex.h"
 
+#include "base/Prefetch.h"
+
 #include <algorithm>
 #include <bit>
 
@@ -45,15 +47,6 @@ void CollectProbes(std::vector<Probe>& probes, std::vector<std::uint32_t>& inOrd
     inOrder.push_back(static_cast<std::uint32_t>(node));
     CollectProbes(probes, inOrder, 2 * node + 1, level + 1, levels, first + half + 1,
                   length - half - 1, row, upper);
-}
-
-// A hint only: no effect on any answer.
-inline void Prefetch(const void* address) noexcept {
-#if defined(__GNUC__) || defined(__clang__)
-    __builtin_prefetch(address);
-#else
-    (void)address;
-#endif
 }
 
 std::size_t CommonPrefix(QanStringViewT<char> a, QanStringViewT<char> b) {

@@ -2,6 +2,7 @@ target_sources(QanResourcesObjects PRIVATE
     strings/CsvKeyTable.cpp
     strings/DecodeStringText.cpp
     strings/FindInTable.cpp
+    strings/HitMemo.cpp
     strings/MergeOverrides.cpp
     strings/StringResourceCollection.cpp
     strings/TableIndex.cpp
