@@ -10,18 +10,10 @@
 
 namespace Framework::Internal {
 
-HitMemo::HitMemo(const StringTable& rows) {
-    const std::size_t count = rows.entries.size();
+HitMemo::HitMemo(const KeyRows& rows) {
+    const std::size_t count = rows.size();
     if (count == 0 || count >= UINT32_MAX)
         return;
-    // Every key lies in the buffer, and 32-bit offsets must reach it.
-    const char* base = rows.buffer.get();
-    for (const std::size_t at : {std::size_t{0}, count - 1}) {
-        const QanStringViewT<char> key = rows.entries[at].key;
-        if (key.data() < base ||
-            static_cast<std::size_t>(key.data() - base) + key.size() > UINT32_MAX)
-            return;
-    }
     std::size_t capacity = 8;
     while (capacity < count + count / 3)
         capacity *= 2;
@@ -34,7 +26,7 @@ HitMemo::Slot* HitMemo::Find(QanStringViewT<char> key, std::uint64_t hash) const
     if (!slots)
         return nullptr;
     const std::uint32_t fingerprint = HashFingerprint(hash);
-    const char* base = table->buffer.get();
+    const char* base = table->Bytes();
     for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
         Slot& slot = slots[at];
         const std::uint64_t head = slot.head.load(std::memory_order_acquire);
@@ -62,9 +54,8 @@ HitMemo::Slot* HitMemo::Remember(std::uint64_t hash, std::size_t row) {
             return &slot; // remembered by another look-up since this one's Find
         if (head != 0)
             continue;
-        const QanStringViewT<char> key = table->entries[row].key;
-        slot.keyOffset = static_cast<std::uint32_t>(key.data() - table->buffer.get());
-        slot.keyLength = static_cast<std::uint32_t>(key.size());
+        slot.keyOffset = table->At(row).keyOffset;
+        slot.keyLength = table->At(row).keyLength;
         slot.head.store(wanted, std::memory_order_release);
         return &slot;
     }

@@ -3,7 +3,7 @@
 // key's bytes and the text's bytes, and searches nothing.
 #pragma once
 
-#include "strings/StringTable.h"
+#include "strings/KeyRows.h"
 
 #include <atomic>
 #include <cstddef>
@@ -34,7 +34,7 @@ class HitMemo {
 public:
     struct Slot {
         std::atomic<std::uint64_t> head{0}; // fingerprint << 32 | row + 1; 0 while empty
-        std::uint32_t keyOffset = 0;        // of the row's key in the table's buffer
+        std::uint32_t keyOffset = 0;        // of the row's key in the table's bytes
         std::uint32_t keyLength = 0;
         RememberedText text;
 
@@ -45,9 +45,9 @@ public:
     };
 
     HitMemo() = default;
-    // Room for every row of table; allocated now. A table of UINT32_MAX rows or more, or one
-    // whose buffer exceeds 4 GiB, gets no memo, and Find then always answers null.
-    explicit HitMemo(const StringTable& table);
+    // Room for every row of table; allocated now. A table of UINT32_MAX rows or more gets no
+    // memo, and Find then always answers null.
+    explicit HitMemo(const KeyRows& table);
 
     // The slot remembered for key, whose hash is HashBytes over its bytes, or null.
     // Example: memo.Find(key, HashBytes(key.data(), key.size())).
@@ -58,7 +58,7 @@ public:
     Slot* Remember(std::uint64_t hash, std::size_t row);
 
 private:
-    const StringTable* table = nullptr;
+    const KeyRows* table = nullptr;
     std::unique_ptr<Slot[]> slots;
     std::size_t mask = 0;
 };

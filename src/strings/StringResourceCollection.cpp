@@ -83,14 +83,14 @@ struct IndexedTable {
 // for never pays for them). Searched without the collection's lock: the once-flag orders
 // the build before every search, and the memo's Find needs no lock.
 struct KeyTable {
-    StringTable table;
+    KeyRows table;
     mutable TableIndex index;
     mutable HitMemo memo;
     mutable std::once_flag indexed;
 
     void Ready() const {
         std::call_once(indexed, [this] {
-            index = TableIndex(table.entries);
+            index = TableIndex(table);
             memo = HitMemo(table);
         });
     }
@@ -134,7 +134,7 @@ struct StringResourceCollection::State {
         recorder->Add(std::move(record));
     }
     // Loads one key table, and records it when a report is kept.
-    void Load(StringTable& table, const QanStringT<wchar_t>& path, LoadReport::File file) {
+    void Load(KeyRows& table, const QanStringT<wchar_t>& path, LoadReport::File file) {
         if (!recorder) {
             LoadCsvKeyTable(table, path);
             return;
@@ -180,11 +180,11 @@ struct StringResourceCollection::State {
     // one. The bytes of a remembered text stay valid (see GetResource), so only the load it
     // was found in decides whether it still holds. Called with the lock held.
     // The id is read from its key row only then: a remembered text costs no look at the row.
-    std::optional<QanStringViewT<char>> FindText(RememberedText& known, const StringTable& keys,
+    std::optional<QanStringViewT<char>> FindText(RememberedText& known, const KeyRows& keys,
                                                  std::size_t keyRow) {
         using namespace TextState;
         if ((known.state & kLoadBits) != (fullStringsLoaded ? kAfterLoad : kBeforeLoad)) {
-            const std::optional<QanStringViewT<char>> text = FindText(keys.entries[keyRow].text);
+            const std::optional<QanStringViewT<char>> text = FindText(keys.Id(keyRow));
             known.bytes.store(text ? text->data() : nullptr, std::memory_order_relaxed);
             known.length = text ? static_cast<std::uint32_t>(text->size()) : 0;
             known.state = (fullStringsLoaded ? kAfterLoad : kBeforeLoad) | (text ? 0 : kNoText);
@@ -273,7 +273,7 @@ StringResourceCollection::GetResource(const QanStringT<wchar_t>& key, StringKind
     HitMemo::Slot* slot = keys->memo.Find(narrow, hash);
     std::optional<std::size_t> keyRow;
     if (!slot) {
-        keyRow = keys->index.Find(keys->table.entries, narrow);
+        keyRow = keys->index.Find(keys->table, narrow);
         if (!keyRow)
             return std::nullopt;
     }
@@ -291,7 +291,7 @@ StringResourceCollection::GetResource(const QanStringT<wchar_t>& key, StringKind
         if (slot)
             text = state->FindText(slot->text, keys->table, slot->Row());
         else
-            text = state->FindText(keys->table.entries[*keyRow].text);
+            text = state->FindText(keys->table.Id(*keyRow));
         // The key is this collection's, but its id has no text: answered, with an empty
         // text, so that the service does not look elsewhere.
         if (!text)

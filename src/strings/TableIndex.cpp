@@ -56,7 +56,8 @@ std::size_t CommonPrefix(QanStringViewT<char> a, QanStringViewT<char> b) {
 
 } // namespace
 
-TableIndex::TableIndex(const std::vector<StringTableEntry>& rows) {
+template <class Rows>
+TableIndex::TableIndex(const Rows& rows) {
     // Row numbers are kept in 32 bits: a file of at most 4 GiB - 1 bytes holds fewer rows.
     if (rows.size() < 2 * kRowsPerLeaf || rows.size() >= kNone)
         return;
@@ -77,10 +78,10 @@ TableIndex::TableIndex(const std::vector<StringTableEntry>& rows) {
     constexpr std::size_t kRowsAhead = 16, kKeysAhead = 8;
     for (std::size_t i = 0; i < inOrder.size(); ++i) {
         if (i + kRowsAhead < inOrder.size())
-            Prefetch(&rows[probes[inOrder[i + kRowsAhead]].row]);
+            Prefetch(rows.RowAddress(probes[inOrder[i + kRowsAhead]].row));
         if (i + kKeysAhead < inOrder.size())
-            Prefetch(rows[probes[inOrder[i + kKeysAhead]].row].key.data());
-        const QanStringViewT<char> key = rows[probes[inOrder[i]].row].key;
+            Prefetch(rows.Key(probes[inOrder[i + kKeysAhead]].row).data());
+        const QanStringViewT<char> key = rows.Key(probes[inOrder[i]].row);
         if (first) {
             prefix.assign(key.data(), key.size());
             first = false;
@@ -97,7 +98,7 @@ TableIndex::TableIndex(const std::vector<StringTableEntry>& rows) {
     // path, whose keys stay in cache.
     for (const std::uint32_t node : inOrder) {
         const Probe& probe = probes[node];
-        const QanStringViewT<char> key = rows[probe.row].key;
+        const QanStringViewT<char> key = rows.Key(probe.row);
         Node& at = nodes[node];
         at.length = static_cast<std::uint32_t>(key.size());
         if (!ordered) {
@@ -106,16 +107,16 @@ TableIndex::TableIndex(const std::vector<StringTableEntry>& rows) {
             continue;
         }
         if (probe.lower != kNone)
-            at.lowCommon = static_cast<std::uint32_t>(CommonPrefix(rows[probe.lower].key, key));
+            at.lowCommon = static_cast<std::uint32_t>(CommonPrefix(rows.Key(probe.lower), key));
         if (probe.upper != kNone)
-            at.highCommon = static_cast<std::uint32_t>(CommonPrefix(key, rows[probe.upper].key));
+            at.highCommon = static_cast<std::uint32_t>(CommonPrefix(key, rows.Key(probe.upper)));
         at.lowBits = KeyBits(key, at.lowCommon);
         at.highBits = KeyBits(key, at.highCommon);
     }
 }
 
-std::optional<std::size_t> TableIndex::Find(const std::vector<StringTableEntry>& rows,
-                                            QanStringViewT<char> key) const {
+template <class Rows>
+std::optional<std::size_t> TableIndex::Find(const Rows& rows, QanStringViewT<char> key) const {
     std::size_t first = 0;
     std::size_t length = rows.size();
     if (levels > 0 && ordered) {
@@ -158,7 +159,7 @@ std::optional<std::size_t> TableIndex::Find(const std::vector<StringTableEntry>&
                     const auto same = static_cast<std::size_t>(std::countl_zero(bits ^ wanted) / 8);
                     common = from + std::min({same, at.length - from, key.size() - from});
                 } else {
-                    const QanStringViewT<char> rowKey = rows[first + half].key;
+                    const QanStringViewT<char> rowKey = rows.Key(first + half);
                     common = CommonPrefix(rowKey, key);
                     rowLess =
                         common == rowKey.size()
@@ -196,7 +197,7 @@ std::optional<std::size_t> TableIndex::Find(const std::vector<StringTableEntry>&
             const std::size_t half = length / 2;
             const std::uint64_t bits = nodes[node].lowBits;
             const bool rowLess =
-                bits != wanted ? bits < wanted : CompareKeys(rows[first + half].key, key) < 0;
+                bits != wanted ? bits < wanted : CompareKeys(rows.Key(first + half), key) < 0;
             if (rowLess) {
                 first += half + 1;
                 length -= half + 1;
@@ -210,16 +211,29 @@ std::optional<std::size_t> TableIndex::Find(const std::vector<StringTableEntry>&
     // The few rows left, then their keys, are fetched together rather than one by one.
     if (length <= 2 * kRowsPerLeaf) {
         for (std::size_t row = first; row < first + length; row += 2)
-            Prefetch(&rows[row]);
+            Prefetch(rows.RowAddress(row));
         for (std::size_t row = first; row < first + length; ++row)
-            Prefetch(rows[row].key.data());
+            Prefetch(rows.Key(row).data());
     }
-    const auto begin = rows.begin() + static_cast<std::ptrdiff_t>(first);
-    const auto found =
-        std::lower_bound(begin, begin + static_cast<std::ptrdiff_t>(length), key, EntryKeyLess{});
-    if (found == rows.end() || CompareKeys(found->key, key) != 0)
+    // The lower bound over the rows left.
+    while (length > 0) {
+        const std::size_t half = length / 2;
+        if (CompareKeys(rows.Key(first + half), key) < 0) {
+            first += half + 1;
+            length -= half + 1;
+        } else {
+            length = half;
+        }
+    }
+    if (first == rows.size() || CompareKeys(rows.Key(first), key) != 0)
         return std::nullopt;
-    return static_cast<std::size_t>(found - rows.begin());
+    return first;
 }
+
+// The two kinds of rows indexed: text tables' views and key tables' compact rows.
+template TableIndex::TableIndex(const EntryKeys&);
+template TableIndex::TableIndex(const KeyRows&);
+template std::optional<std::size_t> TableIndex::Find(const EntryKeys&, QanStringViewT<char>) const;
+template std::optional<std::size_t> TableIndex::Find(const KeyRows&, QanStringViewT<char>) const;
 
 } // namespace Framework::Internal

@@ -2,6 +2,7 @@
 // look-up walks them in cache instead of touching a row and its key bytes at each step.
 #pragma once
 
+#include "strings/KeyRows.h"
 #include "strings/StringTable.h"
 
 #include <cstddef>
@@ -11,6 +12,15 @@
 #include <vector>
 
 namespace Framework::Internal {
+
+// A text table's entries as rows to index.
+struct EntryKeys {
+    const std::vector<StringTableEntry>& rows;
+
+    std::size_t size() const { return rows.size(); }
+    QanStringViewT<char> Key(std::size_t row) const { return rows[row].key; }
+    const void* RowAddress(std::size_t row) const { return &rows[row]; }
+};
 
 // The search makes exactly the decisions of FindInTable's lower bound: each node stands for
 // the row that the lower bound would compare at that step, whatever the row order. A table
@@ -25,16 +35,26 @@ namespace Framework::Internal {
 // byte of the node's key (the search of sorted strings by longest common prefixes), and the
 // rest from the eight bytes past what the keys are known to share. Otherwise every node
 // keeps the eight bytes after the prefix that all node keys share.
+//
+// Rows are a text table's entries, seen through EntryKeys, or a key table's KeyRows: both
+// say how many rows there are, the key of each and where a row lies (to ask for it early).
 class TableIndex {
 public:
     TableIndex() = default;
     // Built over the rows as they are now; the rows' keys must not change afterwards
     // (their texts may, as the merge of the overrides changes them).
-    explicit TableIndex(const std::vector<StringTableEntry>& rows);
+    template <class Rows>
+    explicit TableIndex(const Rows& rows);
+    explicit TableIndex(const std::vector<StringTableEntry>& rows) : TableIndex(EntryKeys{rows}) {}
 
     // The row FindInTable would answer with, as an index into the rows.
+    // Example: index.Find(table.entries, "CAP_OPEN") is 3 when row 3 holds that key first.
+    template <class Rows>
+    std::optional<std::size_t> Find(const Rows& rows, QanStringViewT<char> key) const;
     std::optional<std::size_t> Find(const std::vector<StringTableEntry>& rows,
-                                    QanStringViewT<char> key) const;
+                                    QanStringViewT<char> key) const {
+        return Find(EntryKeys{rows}, key);
+    }
 
 private:
     struct Node {

@@ -229,11 +229,14 @@ TEST_F(StringCollection, UnsortedAndRepeatedRowsAnswerAsTheBinarySearch) {
     ASSERT_FALSE(loadingKey.empty());
     EXPECT_GT(asked, 100);
     EXPECT_GT(missed, 20); // keys past the table's end, and keys the disturbed order hides
-    for (int n = 0; n < 620; ++n) {
-        const std::string key = n == 0 ? loadingKey : name("key.", n);
-        EXPECT_EQ(strings.GetResource(Framework::Utf8::Decode(key), String), expected(key, true))
-            << key;
-    }
+    // Twice: the second time every key that hit is answered from what its first hit kept.
+    for (int pass = 0; pass < 2; ++pass)
+        for (int n = 0; n < 620; ++n) {
+            const std::string key = n == 0 ? loadingKey : name("key.", n);
+            EXPECT_EQ(strings.GetResource(Framework::Utf8::Decode(key), String),
+                      expected(key, true))
+                << key << " pass " << pass;
+        }
     EXPECT_EQ(platform.readFileCalls, built + 1);
 }
 
