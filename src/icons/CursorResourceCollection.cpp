@@ -2,8 +2,8 @@
 // by exact name; the collection owns the library and frees it on destruction.
 #include "icons/CursorResourceCollection.h"
 
+#include "base/KeyIndex.h"
 #include "icons/CursorTable.h"
-#include "icons/KeyIndex.h"
 #include "platform/Platform.h"
 
 #include <unordered_set>

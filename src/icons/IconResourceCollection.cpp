@@ -2,8 +2,8 @@
 // file order and answers as a bisection over it does; it is never sorted here.
 #include "icons/IconResourceCollection.h"
 
+#include "base/KeyIndex.h"
 #include "base/Settings.h"
-#include "icons/KeyIndex.h"
 #include "icons/PathKind.h"
 #include "platform/Path.h"
 

@@ -13,6 +13,7 @@
 // pointers per table, and shares the tables it leaves unchanged with the one before.
 #include "legacy/LegacyResourceCollection.h"
 
+#include "base/KeyIndex.h"
 #include "legacy/SnapshotReaders.h"
 
 #include "platform/Platform.h"
@@ -50,17 +51,17 @@ struct IndexEntry {
     const LegacyEntry* entry;
 };
 
-using Index = std::vector<IndexEntry>;
+// A table: its rows sorted by key, and each distinct key's first row in that order (the
+// entry a look-up answers with) found by hash. Both are made at the registration that
+// changes the table; a look-up probes the hash only.
+struct Index {
+    std::vector<IndexEntry> rows;
+    KeyIndex<const LegacyEntry*> firstOfKey;
+};
 using ModuleMap = std::map<QanStringT<wchar_t>, LegacyModule>;
 
 struct KeyOrder {
     bool operator()(const IndexEntry& a, const IndexEntry& b) const { return a.key < b.key; }
-    bool operator()(const IndexEntry& a, const QanStringT<wchar_t>& key) const {
-        return a.key < key;
-    }
-    bool operator()(const QanStringT<wchar_t>& key, const IndexEntry& b) const {
-        return key < b.key;
-    }
 };
 
 // Hosts may pass null where a name is expected; it reads as the empty name.
@@ -132,10 +133,10 @@ struct LegacyResourceCollection::Registry {
         std::shared_ptr<const Index>* table = next.Select(type);
         if (!table)
             return false;
-        Index index;
+        std::vector<IndexEntry> index;
         const std::size_t adding = added && count > 0 ? static_cast<std::size_t>(count) : 0;
-        index.reserve((*table)->size() + adding);
-        index.assign((*table)->begin(), (*table)->end());
+        index.reserve((*table)->rows.size() + adding);
+        index.assign((*table)->rows.begin(), (*table)->rows.end());
         // No check for duplicate keys or unregistered components: hosts register what
         // they have, and look-ups take the first entry of a key.
         if (adding > 0) {
@@ -150,10 +151,15 @@ struct LegacyResourceCollection::Registry {
         const auto sameEntry = [](const IndexEntry& a, const IndexEntry& b) {
             return a.entry == b.entry;
         };
-        if (adding == 0 &&
-            std::equal(index.begin(), index.end(), (*table)->begin(), (*table)->end(), sameEntry))
+        if (adding == 0 && std::equal(index.begin(), index.end(), (*table)->rows.begin(),
+                                      (*table)->rows.end(), sameEntry))
             return false;
-        *table = std::make_shared<const Index>(std::move(index));
+        std::vector<std::pair<QanStringViewT<wchar_t>, const LegacyEntry*>> firsts;
+        for (std::size_t i = 0; i < index.size(); ++i)
+            if (i == 0 || index[i].key != index[i - 1].key)
+                firsts.emplace_back(index[i].key, index[i].entry);
+        *table = std::make_shared<const Index>(
+            Index{std::move(index), KeyIndex<const LegacyEntry*>(firsts)});
         return true;
     }
 };
@@ -175,11 +181,11 @@ LegacyResourceCollection::GetResource(const QanStringT<wchar_t>& key,
     const Index* table = snapshot.Select(type);
     if (!table)
         return std::nullopt;
-    const auto range = std::equal_range(table->begin(), table->end(), key, KeyOrder{});
-    if (range.first == range.second)
-        return std::nullopt;
     // A key registered more than once answers with whichever entry the sort left first.
-    const LegacyEntry& entry = *range.first->entry;
+    const LegacyEntry* const* first = table->firstOfKey.Find(key);
+    if (!first)
+        return std::nullopt;
+    const LegacyEntry& entry = **first;
     Resources::ResourceID result;
     if (entry.id == 0) {
         // Workspace icons carry their path; id 0 under any other component is a present,

@@ -1,7 +1,7 @@
-// KeyIndex.h: a read-only hash index from the distinct keys of a loaded table to what a
-// look-up of each answers. Built once at load; the keys are copied into one buffer and
-// each slot keeps its key's hash, so a look-up reads the slot and, on a hash match, the
-// key's characters, nothing else.
+// KeyIndex.h: a read-only hash index from the distinct keys of a table to what a look-up
+// of each answers. Built once, with its table (at load, or at the registration that changes
+// it); the keys are copied into one buffer and each slot keeps its key's hash, so a look-up
+// reads the slot and, on a hash match, the key's characters, nothing else.
 #pragma once
 
 #include "base/HashBytes.h"
