@@ -17,7 +17,9 @@ HitMemo::HitMemo(const KeyRows& rows) {
     std::size_t capacity = 8;
     while (capacity < count + count / 3)
         capacity *= 2;
-    slots = std::make_unique<Slot[]>(capacity);
+    slots.reset(static_cast<Slot*>(std::calloc(capacity, sizeof(Slot))));
+    if (!slots)
+        return; // no memo: every look-up searches, as without one
     mask = capacity - 1;
     table = &rows;
 }
@@ -29,12 +31,12 @@ HitMemo::Slot* HitMemo::Find(QanStringViewT<char> key, std::uint64_t hash) const
     const char* base = table->Bytes();
     for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
         Slot& slot = slots[at];
-        const std::uint64_t head = slot.head.load(std::memory_order_acquire);
+        const std::uint64_t head = slot.Head(std::memory_order_acquire);
         if (head == 0)
             return nullptr;
         if (static_cast<std::uint32_t>(head >> 32) != fingerprint || slot.keyLength != key.size())
             continue;
-        Prefetch(slot.text.bytes.load(std::memory_order_relaxed));
+        Prefetch(slot.text.Bytes());
         // A slot holds the key its row was found by; another key with the same fingerprint
         // differs in its bytes.
         if (std::memcmp(base + slot.keyOffset, key.data(), key.size()) == 0)
@@ -49,14 +51,14 @@ HitMemo::Slot* HitMemo::Remember(std::uint64_t hash, std::size_t row) {
                                  static_cast<std::uint64_t>(row + 1);
     for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
         Slot& slot = slots[at];
-        const std::uint64_t head = slot.head.load(std::memory_order_relaxed);
+        const std::uint64_t head = slot.Head(std::memory_order_relaxed);
         if (head == wanted)
             return &slot; // remembered by another look-up since this one's Find
         if (head != 0)
             continue;
         slot.keyOffset = table->At(row).keyOffset;
         slot.keyLength = table->At(row).keyLength;
-        slot.head.store(wanted, std::memory_order_release);
+        std::atomic_ref<std::uint64_t>(slot.head).store(wanted, std::memory_order_release);
         return &slot;
     }
 }

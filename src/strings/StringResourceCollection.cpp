@@ -185,13 +185,13 @@ struct StringResourceCollection::State {
         using namespace TextState;
         if ((known.state & kLoadBits) != (fullStringsLoaded ? kAfterLoad : kBeforeLoad)) {
             const std::optional<QanStringViewT<char>> text = FindText(keys.Id(keyRow));
-            known.bytes.store(text ? text->data() : nullptr, std::memory_order_relaxed);
+            known.SetBytes(text ? text->data() : nullptr);
             known.length = text ? static_cast<std::uint32_t>(text->size()) : 0;
             known.state = (fullStringsLoaded ? kAfterLoad : kBeforeLoad) | (text ? 0 : kNoText);
         }
         if (known.state & kNoText)
             return std::nullopt;
-        return QanStringViewT<char>(known.bytes.load(std::memory_order_relaxed), known.length);
+        return QanStringViewT<char>(known.Bytes(), known.length);
     }
 
     // Reads the full text file in place of the start-up texts and lays the overrides over
