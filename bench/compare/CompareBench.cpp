@@ -6,8 +6,6 @@
 #include "Rounds.h"
 #include "Workload.h"
 
-#include "support/AllocationCounter.h"
-
 #include <framework/Resources.h>
 
 #include <benchmark/benchmark.h>
@@ -21,6 +19,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <functional>
+#include <malloc.h>
 #include <memory>
 #include <sys/stat.h>
 #include <thread>
@@ -308,6 +307,30 @@ std::vector<Figure> LoadFigures(const Corpus& corpus, const std::wstring& fullOn
                    DoNotOptimize(lines);
                    return MillisecondsSince(start);
                }}}},
+            {"Construction and a first look-up of each kind",
+             Unit::Milliseconds,
+             {"",
+              [] {
+                  // A key that no table holds: each kind makes its index and memo, and
+                  // nothing loads the full file.
+                  const auto start = Clock::now();
+                  auto strings = std::make_unique<StringCollection>();
+                  for (int kind = 0; kind < 4; ++kind)
+                      DoNotOptimize(strings->GetResource(
+                          L"no such key", static_cast<Framework::Internal::StringKind>(kind)));
+                  const double elapsed = MillisecondsSince(start);
+                  DoNotOptimize(strings.get());
+                  return elapsed;
+              }},
+             {{"read the same 6 files + count LF (memchr)",
+               [&corpus] {
+                   const auto start = Clock::now();
+                   std::size_t lines = 0;
+                   for (const fs::path& file : corpus.constructionFiles)
+                       lines += ReadAndCountLines(file);
+                   DoNotOptimize(lines);
+                   return MillisecondsSince(start);
+               }}}},
             {"Lazy full load of strings.xml (first miss)",
              Unit::Milliseconds,
              {"",
@@ -327,22 +350,35 @@ std::vector<Figure> LoadFigures(const Corpus& corpus, const std::wstring& fullOn
                }}}}};
 }
 
-// Heap held by a collection after its full load, and by a hash map of the same texts.
+// Heap held by a collection after its full load, then after every key of every kind was
+// asked once (each kind's index and memo made and filled), and by a hash map of the same
+// texts. Counted from malloc's own totals, so that memory taken with calloc (the memos')
+// counts too, whole, whether or not its pages were ever touched.
 struct Memory {
-    double collectionBytes = 0, fileBytes = 0, rows = 0, mapBytes = 0;
+    double afterLoad = 0, afterEveryKey = 0, fileBytes = 0, rows = 0, mapBytes = 0;
 };
+
+double HeapInUse() {
+    const struct mallinfo2 info = mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd);
+}
 
 Memory MeasureMemory(const Corpus& corpus, const Workload& work) {
     Memory memory;
-    QanBench::TrackLiveBytes(true);
-    const std::int64_t before = QanBench::LiveBytes();
+    const double before = HeapInUse();
     auto loaded = std::make_unique<StringCollection>();
     loaded->GetResource(Widen(work.fullOnlyKey), kStringKind);
-    memory.collectionBytes = static_cast<double>(QanBench::LiveBytes() - before);
-    const std::int64_t mapBefore = QanBench::LiveBytes();
+    memory.afterLoad = HeapInUse() - before;
+    for (const std::wstring& key : work.hits.wide)
+        DoNotOptimize(loaded->GetResource(key, kStringKind));
+    for (int kind = 0; kind < 3; ++kind)
+        for (const auto& entry : work.kindTexts[kind])
+            DoNotOptimize(loaded->GetResource(
+                Widen(entry.first), static_cast<Framework::Internal::StringKind>(kind + 1)));
+    memory.afterEveryKey = HeapInUse() - before;
+    const double mapBefore = HeapInUse();
     auto map = std::make_unique<TextMap>(work.texts);
-    memory.mapBytes = static_cast<double>(QanBench::LiveBytes() - mapBefore);
-    QanBench::TrackLiveBytes(false);
+    memory.mapBytes = HeapInUse() - mapBefore;
     memory.fileBytes = static_cast<double>(corpus.constructionBytes + corpus.fullBytes);
     memory.rows = static_cast<double>(corpus.textRows + corpus.keyRows);
     return memory;
@@ -420,13 +456,18 @@ int main(int argc, char** argv) {
     const std::wstring fullOnlyKey = Widen(work.fullOnlyKey);
     for (Figure& figure : LoadFigures(corpus, fullOnlyKey))
         figures.push_back(std::move(figure));
-    const double oursPerRow = (memory.collectionBytes - memory.fileBytes) / memory.rows;
+    const double perRowAfterLoad = (memory.afterLoad - memory.fileBytes) / memory.rows;
+    const double perRowAfterEveryKey = (memory.afterEveryKey - memory.fileBytes) / memory.rows;
     const double mapPerText = memory.mapBytes / static_cast<double>(corpus.entries.size());
-    figures.push_back(
-        {"Heap after full load, above file sizes",
-         Unit::BytesPerRow,
-         {"", [oursPerRow] { return oursPerRow; }},
-         {{"unordered_map<string,wstring> heap / text", [mapPerText] { return mapPerText; }}}});
+    const char* const kMapHeap = "unordered_map<string,wstring> heap / text";
+    figures.push_back({"Heap after full load, above file sizes",
+                       Unit::BytesPerRow,
+                       {"", [perRowAfterLoad] { return perRowAfterLoad; }},
+                       {{kMapHeap, [mapPerText] { return mapPerText; }}}});
+    figures.push_back({"Heap once every key of every kind was asked",
+                       Unit::BytesPerRow,
+                       {"", [perRowAfterEveryKey] { return perRowAfterEveryKey; }},
+                       {{kMapHeap, [mapPerText] { return mapPerText; }}}});
 
     char now[64];
     const std::time_t clock = std::time(nullptr);
@@ -447,15 +488,13 @@ int main(int argc, char** argv) {
     std::printf("  strings.xml %.1f MB; start-up, override and key tables %.1f MB; collection"
                 " heap after full load %.1f MB\n",
                 static_cast<double>(corpus.fullBytes) / 1e6,
-                static_cast<double>(corpus.constructionBytes) / 1e6, memory.collectionBytes / 1e6);
+                static_cast<double>(corpus.constructionBytes) / 1e6, memory.afterLoad / 1e6);
     std::printf("  %zu icons, %zu cursors, %zu legacy pairs; look-ups per sample: %zu (every"
                 " text once, random order) or %zu\n\n",
                 corpus.icons.size(), corpus.cursors.size(), corpus.legacyPairs.size(),
                 work.hits.size(), kSequence);
     std::fflush(stdout);
 
-    // The counter is shared by all threads: off while timing.
-    QanBench::CountAllocations(false);
     RunRoundsAndPrint(figures, options.rounds);
     getloadavg(load, 3);
     std::printf("\nLoad average at the end: %.2f (other work on the machine shares its cores).",
