@@ -15,8 +15,7 @@ namespace {
 // scan dropped bytes. Null when the file cannot be read: the caller's table stays as it was.
 template <class Scan>
 std::unique_ptr<char[]> ReadAndScan(const QanStringT<wchar_t>& path, LoadReport::FileRecord* record,
-                                    Scan&& scan) {
-    std::uint64_t size = 0;
+                                    std::uint64_t& size, Scan&& scan) {
     std::unique_ptr<char[]> data = Platform::ReadRecordedFile(path.c_str(), size, record);
     if (!data)
         return nullptr;
@@ -61,27 +60,32 @@ KeyTableScan ScanKeyTable(std::string_view bytes) {
 void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path,
                      LoadReport::FileRecord* record) {
     std::vector<StringTableEntry> rows;
-    std::unique_ptr<char[]> data = ReadAndScan(
-        path, record, [&rows](std::string_view bytes, std::size_t& dropped, std::size_t& count) {
-            KeyTableScan scan = ScanKeyTable(bytes);
-            dropped = scan.droppedOffset;
-            count = scan.rows.size();
-            rows = std::move(scan.rows);
-            return scan.end;
-        });
+    std::uint64_t size = 0;
+    std::unique_ptr<char[]> data =
+        ReadAndScan(path, record, size,
+                    [&rows](std::string_view bytes, std::size_t& dropped, std::size_t& count) {
+                        KeyTableScan scan = ScanKeyTable(bytes);
+                        dropped = scan.droppedOffset;
+                        count = scan.rows.size();
+                        rows = std::move(scan.rows);
+                        return scan.end;
+                    });
     // An unreadable file keeps the rows the table had, with the buffer they point into.
     if (!data)
         return;
     FitRows(rows);
     table.entries = std::move(rows);
     table.buffer = std::move(data);
+    table.size = static_cast<std::size_t>(size);
 }
 
 void LoadCsvKeyTable(KeyRows& table, const QanStringT<wchar_t>& path,
                      LoadReport::FileRecord* record) {
     std::vector<KeyRows::Row> rows;
+    std::uint64_t size = 0;
     std::unique_ptr<char[]> data = ReadAndScan(
-        path, record, [&rows](std::string_view bytes, std::size_t& dropped, std::size_t& count) {
+        path, record, size,
+        [&rows](std::string_view bytes, std::size_t& dropped, std::size_t& count) {
             rows.reserve(EstimateLines(bytes.data(), bytes.size()));
             const char* const start = bytes.data();
             // Offsets from the start of a file below 4 GiB fit 32 bits.

@@ -1,6 +1,6 @@
-// HitMemo.h: each key's row in a key table, remembered at the key's first hit together
-// with where its key and its text lie, so that a later hit of that key reads one slot, the
-// key's bytes and the text's bytes, and searches nothing.
+// HitMemo.h: each hit key's place in a key table, remembered at the key's first hit
+// together with its text, so that a later hit of that key reads one slot, the key's bytes
+// and the text's bytes, and searches nothing.
 #pragma once
 
 #include "strings/KeyRows.h"
@@ -13,32 +13,21 @@
 
 namespace Framework::Internal {
 
-// A key's text as last found, for its owner's use. The owner reads and writes it only under
-// its own lock. The memo only asks for the bytes' cache line while it compares the key, so
-// that the two misses overlap; that read is why bytes goes through an atomic reference.
-struct RememberedText {
-    const char* bytes;
-    std::uint32_t length;
-    std::uint32_t state; // the owner's; 0 when the slot is made
-
-    const char* Bytes() const {
-        return std::atomic_ref<const char*>(const_cast<const char*&>(bytes))
-            .load(std::memory_order_relaxed);
-    }
-    void SetBytes(const char* at) {
-        std::atomic_ref<const char*>(bytes).store(at, std::memory_order_relaxed);
-    }
-};
-
-// Only rows that the table's own search answered are remembered, each for the key it was
-// found by, so the memo can never answer differently from that search: not for unsorted
-// tables, not for equal keys (the row the search picked is the one kept). Keys the search
-// misses are not remembered and keep costing a search.
+// Only keys that the table's own search found are remembered, each with the row that search
+// answered (by that row's key offset), so the memo can never answer differently from it:
+// not for unsorted tables, not for equal keys. Keys the search misses are not remembered
+// and keep costing a search.
+//
+// A slot is 16 bytes. It names its key by offset only: a key table's key runs to the first
+// comma of its row, so the wanted key is the slot's key exactly when the first comma from
+// the offset lies the wanted key's length away and the bytes before it are the wanted key.
 //
 // Find may run on any thread without a lock, beside Remember; Remember calls must not
-// overlap (the owner calls it under its lock). A slot is filled once, its key first and then
-// its row, which is published with release ordering and read with acquire ordering. The
-// table's rows and bytes must not change while the memo lives.
+// overlap (the owner calls it under its lock). A slot's head is written once, from empty to
+// its final value, with release ordering, and read with acquire ordering. The text word is
+// the owner's, read and written under the owner's lock, except that Find reads it (atomically)
+// to ask early for the text's bytes. The table's rows and bytes must not change while the
+// memo lives.
 //
 // The slots are allocated zeroed and whole at the table's first look-up, but the system
 // hands out their pages only as hits first write them, so a kind that is asked for a few
@@ -47,27 +36,31 @@ class HitMemo {
 public:
     // Plain data, so that zeroed memory is a table of empty slots.
     struct Slot {
-        std::uint64_t head;      // fingerprint << 32 | row + 1; 0 while empty; atomic
-        std::uint32_t keyOffset; // of the row's key in the table's bytes
-        std::uint32_t keyLength;
-        RememberedText text;
+        std::uint64_t head; // fingerprint << 32 | key offset + 1; 0 while empty; atomic
+        std::uint64_t text; // the owner's word for the key's text; 0 when the slot is made
 
         std::uint64_t Head(std::memory_order order) const {
             return std::atomic_ref<std::uint64_t>(const_cast<std::uint64_t&>(head)).load(order);
         }
-        std::size_t Row() const {
-            return static_cast<std::uint32_t>(Head(std::memory_order_relaxed)) - std::size_t{1};
+        std::uint64_t Text() const {
+            return std::atomic_ref<std::uint64_t>(const_cast<std::uint64_t&>(text))
+                .load(std::memory_order_relaxed);
+        }
+        void SetText(std::uint64_t word) {
+            std::atomic_ref<std::uint64_t>(text).store(word, std::memory_order_relaxed);
         }
     };
 
     HitMemo() = default;
-    // Room for every row of table; allocated now. A table of UINT32_MAX rows or more gets no
-    // memo, and Find then always answers null.
+    // Room for every row of table. A table of UINT32_MAX rows or more gets no memo, and Find
+    // then always answers null.
     explicit HitMemo(const KeyRows& table);
 
-    // The slot remembered for key, whose hash is HashBytes over its bytes, or null.
-    // Example: memo.Find(key, HashBytes(key.data(), key.size())).
-    Slot* Find(QanStringViewT<char> key, std::uint64_t hash) const;
+    // The slot remembered for key, whose hash is HashBytes over its bytes, or null. Before
+    // a slot's key bytes are compared, onCandidate(slot) may ask for what the slot leads to.
+    // Example: memo.Find(key, HashBytes(key.data(), key.size()), [](const Slot&) {}).
+    template <class OnCandidate>
+    Slot* Find(QanStringViewT<char> key, std::uint64_t hash, OnCandidate&& onCandidate) const;
 
     // The slot of row, found by the table's search for the key of that hash: the one made
     // earlier, or a new one. Null when there is no memo.
@@ -78,9 +71,35 @@ private:
         void operator()(Slot* slots) const { std::free(slots); }
     };
 
+    std::size_t First(std::uint64_t hash) const {
+        // The hash's low half scaled to the slot count (which need not be a power of two).
+        return static_cast<std::size_t>((hash & 0xFFFFFFFFu) * capacity >> 32);
+    }
+    static bool SameKey(const char* at, QanStringViewT<char> key);
+
     const KeyRows* table = nullptr;
     std::unique_ptr<Slot[], Free> slots;
-    std::size_t mask = 0;
+    std::size_t capacity = 0;
 };
+
+template <class OnCandidate>
+HitMemo::Slot* HitMemo::Find(QanStringViewT<char> key, std::uint64_t hash,
+                             OnCandidate&& onCandidate) const {
+    if (!slots)
+        return nullptr;
+    const auto fingerprint = static_cast<std::uint32_t>(hash >> 32);
+    for (std::size_t at = First(hash);; at = at + 1 == capacity ? 0 : at + 1) {
+        Slot& slot = slots[at];
+        const std::uint64_t head = slot.Head(std::memory_order_acquire);
+        if (head == 0)
+            return nullptr;
+        if (static_cast<std::uint32_t>(head >> 32) != fingerprint)
+            continue;
+        onCandidate(static_cast<const Slot&>(slot));
+        const std::size_t offset = static_cast<std::uint32_t>(head) - std::size_t{1};
+        if (SameKey(table->Bytes() + offset, key))
+            return &slot;
+    }
+}
 
 } // namespace Framework::Internal

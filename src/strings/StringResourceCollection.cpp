@@ -4,6 +4,7 @@
 
 #include "base/HashBytes.h"
 #include "base/LoadRecord.h"
+#include "base/Prefetch.h"
 #include "base/Settings.h"
 #include "base/Unicode.h"
 #include "platform/Path.h"
@@ -16,6 +17,7 @@
 #include "strings/TableIndex.h"
 #include "strings/XmlStringTable.h"
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <mutex>
@@ -96,15 +98,27 @@ struct KeyTable {
     }
 };
 
-// What a slot's remembered text means: found before or after the full load (a text found
-// before the load is looked for anew after it), and whether the id had no text.
-namespace TextState {
-constexpr std::uint32_t kUnknown = 0;
-constexpr std::uint32_t kBeforeLoad = 1;
-constexpr std::uint32_t kAfterLoad = 2;
-constexpr std::uint32_t kLoadBits = 3;
-constexpr std::uint32_t kNoText = 4;
-} // namespace TextState
+// A remembered text in the one 64-bit word its memo slot keeps: where its bytes lie (an
+// offset into the text table's bytes or the overrides' bytes, and its length), in which
+// load it was found (a text found before the full load is looked for anew after it), or
+// that the id had no text. 0: nothing remembered. A text too long for the length's bits is
+// not remembered, and is looked for at every hit.
+namespace TextWord {
+constexpr unsigned kLengthShift = 32;
+constexpr std::uint64_t kLengthMax = (std::uint64_t{1} << 26) - 1;
+constexpr std::uint64_t kInOverrides = std::uint64_t{1} << 58;
+constexpr std::uint64_t kBeforeLoad = std::uint64_t{1} << 59;
+constexpr std::uint64_t kAfterLoad = std::uint64_t{2} << 59;
+constexpr std::uint64_t kLoadBits = std::uint64_t{3} << 59;
+constexpr std::uint64_t kNoText = std::uint64_t{1} << 61;
+} // namespace TextWord
+
+// Whether view lies within the size bytes from base (none do when base is null).
+bool Within(QanStringViewT<char> view, const char* base, std::size_t size) {
+    const auto at = reinterpret_cast<std::uintptr_t>(view.data());
+    const auto from = reinterpret_cast<std::uintptr_t>(base);
+    return base && at >= from && at - from <= size && view.size() <= size - (at - from);
+}
 
 struct StringResourceCollection::State {
     IndexedTable strings;
@@ -119,6 +133,7 @@ struct StringResourceCollection::State {
     // ever found stays valid while the collection lives, so texts are decoded after the
     // lock is released.
     std::unique_ptr<char[]> startupBytes;
+    std::atomic<const char*> textBases[2] = {nullptr, nullptr}; // see PrefetchText
     LoadRecorder* recorder = nullptr; // records what is read, when the owner keeps a report
 
     // Loads one text file, and records it when a report is kept.
@@ -176,22 +191,56 @@ struct StringResourceCollection::State {
         return strings.Find(id);
     }
 
-    // The same, for a key whose slot remembers its last answer; the slot then keeps this
-    // one. The bytes of a remembered text stay valid (see GetResource), so only the load it
-    // was found in decides whether it still holds. Called with the lock held.
-    // The id is read from its key row only then: a remembered text costs no look at the row.
-    std::optional<QanStringViewT<char>> FindText(RememberedText& known, const KeyRows& keys,
-                                                 std::size_t keyRow) {
-        using namespace TextState;
-        if ((known.state & kLoadBits) != (fullStringsLoaded ? kAfterLoad : kBeforeLoad)) {
-            const std::optional<QanStringViewT<char>> text = FindText(keys.Id(keyRow));
-            known.SetBytes(text ? text->data() : nullptr);
-            known.length = text ? static_cast<std::uint32_t>(text->size()) : 0;
-            known.state = (fullStringsLoaded ? kAfterLoad : kBeforeLoad) | (text ? 0 : kNoText);
+    std::uint64_t LoadBits() const {
+        return fullStringsLoaded ? TextWord::kAfterLoad : TextWord::kBeforeLoad;
+    }
+
+    // The word that remembers text, found now. Called with the lock held.
+    std::uint64_t Remembered(std::optional<QanStringViewT<char>> text) const {
+        using namespace TextWord;
+        if (!text)
+            return LoadBits() | kNoText;
+        if (text->size() > kLengthMax)
+            return 0;
+        std::uint64_t word = LoadBits() | std::uint64_t{text->size()} << kLengthShift;
+        const char* base = strings.table.buffer.get();
+        if (Within(*text, overrides.table.buffer.get(), overrides.table.size)) {
+            base = overrides.table.buffer.get();
+            word |= kInOverrides;
+        } else if (!Within(*text, base, strings.table.size)) {
+            return 0; // the start-up bytes of a failed full load
         }
-        if (known.state & kNoText)
+        return word | static_cast<std::uint64_t>(text->data() - base);
+    }
+
+    // The text a word remembers, when it was found in this load; called with the lock held.
+    std::optional<std::optional<QanStringViewT<char>>> Recalled(std::uint64_t word) const {
+        using namespace TextWord;
+        if ((word & kLoadBits) != LoadBits())
             return std::nullopt;
-        return QanStringViewT<char>(known.Bytes(), known.length);
+        if (word & kNoText)
+            return std::optional<QanStringViewT<char>>();
+        const char* base =
+            (word & kInOverrides) ? overrides.table.buffer.get() : strings.table.buffer.get();
+        return QanStringViewT<char>(base + static_cast<std::uint32_t>(word),
+                                    (word >> kLengthShift) & kLengthMax);
+    }
+
+    // Asks for the first bytes of the text a word remembers. Called without the lock, so
+    // the word may be stale and the bases are read from their atomic copies: a hint only.
+    void PrefetchText(std::uint64_t word) const {
+        if (word == 0 || (word & TextWord::kNoText))
+            return;
+        const char* base =
+            textBases[(word & TextWord::kInOverrides) ? 1 : 0].load(std::memory_order_relaxed);
+        if (base)
+            Prefetch(base + static_cast<std::uint32_t>(word));
+    }
+
+    // The bytes the texts lie in, copied for PrefetchText; set under the lock.
+    void PublishBases() {
+        textBases[0].store(strings.table.buffer.get(), std::memory_order_relaxed);
+        textBases[1].store(overrides.table.buffer.get(), std::memory_order_relaxed);
     }
 
     // Reads the full text file in place of the start-up texts and lays the overrides over
@@ -211,6 +260,7 @@ struct StringResourceCollection::State {
         }
         // The merge changes texts only, never ids, so the index is built once, after it.
         strings.Index();
+        PublishBases();
         PhaseTimePoint();
     }
 };
@@ -242,6 +292,7 @@ StringResourceCollection::StringResourceCollection(LoadRecorder* recorder)
         recorder->Add(std::move(missing));
     }
     state->overrides.Index();
+    state->PublishBases();
     PhaseTimePoint();
 
     state->Load(state->stringKeys.table, Path::Combine(settings.resourceDirectory, L"string.csv"),
@@ -269,8 +320,12 @@ StringResourceCollection::GetResource(const QanStringT<wchar_t>& key, StringKind
     const QanStringViewT<char> narrow = narrowKey.View();
     const std::uint64_t hash = HashBytes(narrow.data(), narrow.size());
     keys->Ready();
-    // A key hit before is found in the memo; any other is searched for, outside the lock.
-    HitMemo::Slot* slot = keys->memo.Find(narrow, hash);
+    // A key hit before is found in the memo, and its text's bytes are asked for while its
+    // key's bytes are compared; any other key is searched for, outside the lock.
+    const State& asking = *state;
+    HitMemo::Slot* slot = keys->memo.Find(narrow, hash, [&asking](const HitMemo::Slot& candidate) {
+        asking.PrefetchText(candidate.Text());
+    });
     std::optional<std::size_t> keyRow;
     if (!slot) {
         keyRow = keys->index.Find(keys->table, narrow);
@@ -287,16 +342,23 @@ StringResourceCollection::GetResource(const QanStringT<wchar_t>& key, StringKind
         std::lock_guard<std::mutex> guard(state->lock);
         if (!slot)
             slot = keys->memo.Remember(hash, *keyRow);
-        std::optional<QanStringViewT<char>> text;
+        std::optional<std::optional<QanStringViewT<char>>> known;
         if (slot)
-            text = state->FindText(slot->text, keys->table, slot->Row());
-        else
-            text = state->FindText(keys->table.Id(*keyRow));
+            known = state->Recalled(slot->Text());
+        if (!known) {
+            // Not found in this load yet: the id is read from the key's row, which a key
+            // found in the memo is searched for again (once per key and load).
+            if (!keyRow)
+                keyRow = keys->index.Find(keys->table, narrow);
+            known = state->FindText(keys->table.Id(*keyRow));
+            if (slot)
+                slot->SetText(state->Remembered(*known));
+        }
         // The key is this collection's, but its id has no text: answered, with an empty
         // text, so that the service does not look elsewhere.
-        if (!text)
+        if (!*known)
             return QanStringT<wchar_t>();
-        found = *text;
+        found = **known;
     }
     return DecodeStringText(found);
 }

@@ -47,6 +47,7 @@ public:
 
     std::vector<StringTableEntry> entries;
     std::unique_ptr<char[]> buffer;
+    std::size_t size = 0; // of the bytes in buffer
 };
 
 } // namespace Framework::Internal

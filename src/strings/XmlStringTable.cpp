@@ -125,6 +125,7 @@ void LoadXmlStringTable(StringTable& table, const QanStringT<wchar_t>& path, boo
         scan.rows.shrink_to_fit();
     table.entries = std::move(scan.rows);
     table.buffer = std::move(data);
+    table.size = static_cast<std::size_t>(size);
 }
 
 } // namespace Framework::Internal
