@@ -174,6 +174,29 @@ std::vector<Figure> LookupFigures(const Workload& work, const GettextPeer& gette
                        Unit::NanosecondsPerOp,
                        {"", Ours(work.misses, getString)},
                        ThreePeers(work.misses, work, gettext, icu)});
+    // Each sample takes the next slice of keys never asked before, on every side.
+    auto cold = std::make_shared<Keys>();
+    auto slice = std::make_shared<std::size_t>(0);
+    auto nextSlice = [&work, cold, slice] {
+        const std::size_t from = (*slice)++ * kColdSlice % work.coldMisses.size();
+        cold->narrow.assign(work.coldMisses.narrow.begin() + static_cast<std::ptrdiff_t>(from),
+                            work.coldMisses.narrow.begin() +
+                                static_cast<std::ptrdiff_t>(from + kColdSlice));
+        cold->wide.assign(work.coldMisses.wide.begin() + static_cast<std::ptrdiff_t>(from),
+                          work.coldMisses.wide.begin() +
+                              static_cast<std::ptrdiff_t>(from + kColdSlice));
+    };
+    nextSlice();
+    std::vector<Side> coldPeers = ThreePeers(*cold, work, gettext, icu);
+    coldPeers.pop_back(); // the hash map's miss is no floor for a search
+    figures.push_back({"GetString miss, key never asked before",
+                       Unit::NanosecondsPerOp,
+                       {"",
+                        [cold, nextSlice, ours = Ours(*cold, getString)] {
+                            nextSlice();
+                            return ours();
+                        }},
+                       coldPeers});
     figures.push_back({"GetString miss after full load, id unknown",
                        Unit::NanosecondsPerOp,
                        {"", Ours(work.dangling, getString)},
@@ -441,7 +464,7 @@ int main(int argc, char** argv) {
         Fail(std::string("cannot build the peers: ") + error.what());
     }
 
-    const Workload work = BuildWorkload(corpus, kSequence);
+    const Workload work = BuildWorkload(corpus, kSequence, options.rounds + 2);
     // A collection that only ever answers start-up texts: the full file is never read.
     LoadRecorder startupRecord(Framework::Internal::ProcessSettings());
     const StringCollection startupOnly(&startupRecord);

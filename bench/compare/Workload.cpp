@@ -106,7 +106,7 @@ void RemoveOnFailure(const std::filesystem::path& folder) {
     FolderToRemove() = folder;
 }
 
-Workload BuildWorkload(const Corpus& corpus, std::size_t length) {
+Workload BuildWorkload(const Corpus& corpus, std::size_t length, std::size_t coldSlices) {
     Workload work;
     std::vector<std::string> allKeys, startupKeys;
     for (std::size_t i = 0; i < corpus.entries.size(); ++i) {
@@ -161,6 +161,12 @@ Workload BuildWorkload(const Corpus& corpus, std::size_t length) {
     work.hits = Sequence(allKeys, allKeys.size(), 1);
     work.startupHits = Sequence(startupKeys, length, 2);
     work.misses = Sequence(corpus.missKeys, length, 3);
+    // Like the misses (a key of the corpus and a suffix), but each asked once in the run.
+    std::vector<std::string> cold;
+    for (std::size_t j = 0; j < coldSlices * kColdSlice; ++j)
+        cold.push_back(corpus.entries[(j * 37) % corpus.entries.size()].key + "-" +
+                       std::to_string(j));
+    work.coldMisses = Sequence(cold, cold.size(), 11);
     work.dangling = Sequence(corpus.danglingKeys, length, 4);
     work.kindHits = Sequence(allKeys, length, 5);
     work.iconHits = Sequence(iconKeys, length, 6);

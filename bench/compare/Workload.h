@@ -44,14 +44,17 @@ struct Workload {
 
     Keys hits;        // every key once
     Keys startupHits; // keys of start-up texts
+    Keys coldMisses;  // never asked twice: a fresh slice of kColdSlice keys for every sample
     Keys misses, dangling, kindHits, iconHits, cursorHits, plainLegacy, composedLegacy;
     std::vector<std::pair<std::string, int>> guidSequence;
     bool legacy = false; // the legacy GUID table was readable
 };
 
-// Sequences other than `hits` are cycled to `length` look-ups. Asks the configured service
-// for the handle of its cursor module.
-Workload BuildWorkload(const Corpus& corpus, std::size_t length);
+constexpr std::size_t kColdSlice = 4096;
+
+// coldSlices slices of cold misses are made. Sequences other than `hits` are cycled to `length`
+// look-ups. Asks the configured service for the handle of its cursor module.
+Workload BuildWorkload(const Corpus& corpus, std::size_t length, std::size_t coldSlices);
 
 // Asks every side for every key of every sequence; exits with a message at the first
 // answer that is not the expected one. The start-up collection must not read the full file,

@@ -93,7 +93,7 @@ struct KeyTable {
     void Ready() const {
         std::call_once(indexed, [this] {
             index = TableIndex(table);
-            memo = HitMemo(table);
+            memo.Prepare(table);
         });
     }
 };
@@ -229,7 +229,7 @@ struct StringResourceCollection::State {
     // Asks for the first bytes of the text a word remembers. Called without the lock, so
     // the word may be stale and the bases are read from their atomic copies: a hint only.
     void PrefetchText(std::uint64_t word) const {
-        if (word == 0 || (word & TextWord::kNoText))
+        if (word == 0 || (word & TextWord::kNoText) || word == HitMemo::kMissed)
             return;
         const char* base =
             textBases[(word & TextWord::kInOverrides) ? 1 : 0].load(std::memory_order_relaxed);
@@ -326,11 +326,18 @@ StringResourceCollection::GetResource(const QanStringT<wchar_t>& key, StringKind
     HitMemo::Slot* slot = keys->memo.Find(narrow, hash, [&asking](const HitMemo::Slot& candidate) {
         asking.PrefetchText(candidate.Text());
     });
+    if (slot && slot->Missed())
+        return std::nullopt;
     std::optional<std::size_t> keyRow;
     if (!slot) {
         keyRow = keys->index.Find(keys->table, narrow);
-        if (!keyRow)
+        if (!keyRow) {
+            if (keys->memo.MayRememberMiss()) {
+                std::lock_guard<std::mutex> guard(state->lock);
+                keys->memo.RememberMiss(hash, narrow);
+            }
             return std::nullopt;
+        }
     }
 
     // Held while the tables are searched (the lazy load replaces them); the bytes a found
