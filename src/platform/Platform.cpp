@@ -14,6 +14,15 @@ bool IPlatform::ReadFileInPieces(const wchar_t* path,
     return bytes && piece(std::string_view(bytes.get(), static_cast<std::size_t>(size)));
 }
 
+std::unique_ptr<char[]> IPlatform::ReadFileInfoBuffer(
+    const wchar_t* path, std::uint64_t& size,
+    const std::function<void(const char*, std::size_t, std::size_t)>& arrived) const {
+    std::unique_ptr<char[]> bytes = ReadFileInfoBuffer(path, size);
+    if (bytes)
+        arrived(bytes.get(), static_cast<std::size_t>(size), static_cast<std::size_t>(size));
+    return bytes;
+}
+
 UnreadFile IPlatform::WhyUnread(const wchar_t* path) const {
     if (!Exists(path))
         return UnreadFile::Missing;

@@ -44,6 +44,14 @@ public:
     // waits on the file: what is no regular file is refused without being read.
     virtual std::unique_ptr<char[]> ReadFileInfoBuffer(const wchar_t* path,
                                                        std::uint64_t& size) const = 0;
+    // The same read, telling arrived(buffer, count, total) each time more of the file is in
+    // (total: the file's size): the buffer's first count bytes are then final, so that a reader can
+    // scan them while they are still in the processor's cache. After a null answer whatever arrived
+    // is to be dropped. The default reads the whole file and tells once. Example:
+    // ReadFileInfoBuffer(path, size, [&](const char* at, std::size_t n, std::size_t) {}).
+    virtual std::unique_ptr<char[]> ReadFileInfoBuffer(
+        const wchar_t* path, std::uint64_t& size,
+        const std::function<void(const char*, std::size_t, std::size_t)>& arrived) const;
     // Reads the file as ReadFileInfoBuffer would, handing its bytes to piece in order, a
     // piece at a time, so that a reader that keeps little never holds the whole file. False
     // when the file cannot be read, or stops being readable on the way (the pieces handed

@@ -53,37 +53,13 @@ class PosixPlatform final : public IPlatform {
 public:
     std::unique_ptr<char[]> ReadFileInfoBuffer(const wchar_t* path,
                                                std::uint64_t& size) const override {
-        size = 0;
-        if (!path || !*path)
-            return nullptr;
-        std::uint64_t length = 0;
-        const int fd = OpenResourceFile(Utf8::Encode(path).c_str(), length);
-        if (fd < 0)
-            return nullptr;
-        // Closed on every way out, an allocation failure included.
-        const struct Closer {
-            int fd;
-            ~Closer() { ::close(fd); }
-        } closer{fd};
-        // One byte more than the file so that even an empty file yields a buffer. A file
-        // within the limit that still cannot be held is a real shortage of memory, and the
-        // allocation failure is the caller's to see.
-        std::unique_ptr<char[]> buffer(new char[length + 1]);
-        PreferLargePages(buffer.get(), length + 1);
-        std::uint64_t done = 0;
-        while (done < length) {
-            const ssize_t got = ::read(closer.fd, buffer.get() + done, length - done);
-            if (got < 0 && errno == EINTR)
-                continue;
-            if (got <= 0)
-                break;
-            done += static_cast<std::uint64_t>(got);
-        }
-        if (done != length)
-            return nullptr; // the file shrank or failed while it was read
-        buffer[length] = '\0';
-        size = length;
-        return buffer;
+        return ReadWhole(path, size, nullptr);
+    }
+
+    std::unique_ptr<char[]> ReadFileInfoBuffer(
+        const wchar_t* path, std::uint64_t& size,
+        const std::function<void(const char*, std::size_t, std::size_t)>& arrived) const override {
+        return ReadWhole(path, size, &arrived);
     }
 
     bool ReadFileInPieces(const wchar_t* path,
@@ -199,6 +175,50 @@ public:
         }
         std::wmemcpy(destination, source, length + 1);
         return 0;
+    }
+
+private:
+    // The whole-file read; with arrived, in pieces small enough to stay in cache, each
+    // told as it comes.
+    static std::unique_ptr<char[]>
+    ReadWhole(const wchar_t* path, std::uint64_t& size,
+              const std::function<void(const char*, std::size_t, std::size_t)>* arrived) {
+        size = 0;
+        if (!path || !*path)
+            return nullptr;
+        std::uint64_t length = 0;
+        const int fd = OpenResourceFile(Utf8::Encode(path).c_str(), length);
+        if (fd < 0)
+            return nullptr;
+        // Closed on every way out, an allocation failure included.
+        const struct Closer {
+            int fd;
+            ~Closer() { ::close(fd); }
+        } closer{fd};
+        // One byte more than the file so that even an empty file yields a buffer. A file
+        // within the limit that still cannot be held is a real shortage of memory, and the
+        // allocation failure is the caller's to see.
+        std::unique_ptr<char[]> buffer(new char[length + 1]);
+        PreferLargePages(buffer.get(), length + 1);
+        std::uint64_t done = 0;
+        constexpr std::uint64_t kPiece = 256 * 1024;
+        while (done < length) {
+            const std::uint64_t want = arrived ? std::min(kPiece, length - done) : length - done;
+            const ssize_t got = ::read(closer.fd, buffer.get() + done, want);
+            if (got < 0 && errno == EINTR)
+                continue;
+            if (got <= 0)
+                break;
+            done += static_cast<std::uint64_t>(got);
+            if (arrived && *arrived)
+                (*arrived)(buffer.get(), static_cast<std::size_t>(done),
+                           static_cast<std::size_t>(length));
+        }
+        if (done != length)
+            return nullptr; // the file shrank or failed while it was read
+        buffer[length] = '\0';
+        size = length;
+        return buffer;
     }
 };
 

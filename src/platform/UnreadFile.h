@@ -7,6 +7,7 @@
 #include <framework/LoadReport.h>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 namespace Framework::Platform {
@@ -38,6 +39,19 @@ inline void DescribeUnreadFile(LoadReport::FileRecord& record, const wchar_t* pa
 inline std::unique_ptr<char[]> ReadRecordedFile(const wchar_t* path, std::uint64_t& size,
                                                 LoadReport::FileRecord* record) {
     std::unique_ptr<char[]> data = CurrentPlatform().ReadFileInfoBuffer(path, size);
+    if (record) {
+        record->path = path;
+        if (!data)
+            DescribeUnreadFile(*record, path);
+    }
+    return data;
+}
+
+// The same, telling the caller as the bytes arrive (see IPlatform::ReadFileInfoBuffer).
+inline std::unique_ptr<char[]>
+ReadRecordedFile(const wchar_t* path, std::uint64_t& size, LoadReport::FileRecord* record,
+                 const std::function<void(const char*, std::size_t, std::size_t)>& arrived) {
+    std::unique_ptr<char[]> data = CurrentPlatform().ReadFileInfoBuffer(path, size, arrived);
     if (record) {
         record->path = path;
         if (!data)

@@ -2,9 +2,16 @@
 // zero or negative length finds nothing, so a scan can never look outside its buffer.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
+
+#if defined(__SSE2__) || defined(_M_X64)
+#include <emmintrin.h>
+#define QANRES_SCAN_SSE2 1
+#endif
 
 namespace Framework::Internal {
 
@@ -12,6 +19,31 @@ inline const char* FindByte(const char* from, char byte, std::ptrdiff_t length) 
     if (length <= 0)
         return nullptr;
     return static_cast<const char*>(std::memchr(from, byte, static_cast<std::size_t>(length)));
+}
+
+// Calls onByte(offset) for every byte of bytes that is a or b, in order. Sixteen bytes are
+// compared at a time where the processor allows, so a scan that wants two kinds of byte
+// takes one pass instead of a search call for each field (rows of a few dozen bytes make
+// the calls' own cost count). Example: ForEachByteOf("a,b\n", ',', '\n', f) calls f(1), f(3).
+template <class OnByte>
+void ForEachByteOf(std::string_view bytes, char a, char b, OnByte&& onByte) {
+    const char* const at = bytes.data();
+    const std::size_t size = bytes.size();
+    std::size_t i = 0;
+#ifdef QANRES_SCAN_SSE2
+    const __m128i wantA = _mm_set1_epi8(a);
+    const __m128i wantB = _mm_set1_epi8(b);
+    for (; i + 16 <= size; i += 16) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + i));
+        auto found = static_cast<unsigned>(_mm_movemask_epi8(
+            _mm_or_si128(_mm_cmpeq_epi8(block, wantA), _mm_cmpeq_epi8(block, wantB))));
+        for (; found != 0; found &= found - 1)
+            onByte(i + static_cast<std::size_t>(std::countr_zero(found)));
+    }
+#endif
+    for (; i < size; ++i)
+        if (at[i] == a || at[i] == b)
+            onByte(i);
 }
 
 // About how many line feeds the bytes hold, from counts over eight samples spread over

@@ -11,30 +11,20 @@ namespace Framework::Internal {
 
 namespace {
 
-// Reads the file at path whole and fills its record's outcome, size, rows and where the
-// scan dropped bytes. Null when the file cannot be read: the caller's table stays as it was.
-template <class Scan>
-std::unique_ptr<char[]> ReadAndScan(const QanStringT<wchar_t>& path, LoadReport::FileRecord* record,
-                                    std::uint64_t& size, Scan&& scan) {
-    std::unique_ptr<char[]> data = Platform::ReadRecordedFile(path.c_str(), size, record);
-    if (!data)
-        return nullptr;
-    std::size_t dropped = 0;
-    std::size_t rows = 0;
-    const KeyScanEnd end =
-        scan(std::string_view(data.get(), static_cast<std::size_t>(size)), dropped, rows);
-    if (record) {
-        record->outcome = LoadReport::Outcome::Read;
-        record->bytes = size;
-        record->rows = rows;
-        if (end == KeyScanEnd::KeyWithoutId)
-            record->reason = L"a key without a comma: it and the rest are dropped";
-        else if (end == KeyScanEnd::NoLineFeed)
-            record->reason = L"the last line has no line feed and is dropped";
-        if (end != KeyScanEnd::EndOfBytes)
-            record->offset = dropped;
-    }
-    return data;
+// Fills a read file's record: its size, rows and where the scan dropped bytes.
+void Describe(LoadReport::FileRecord* record, std::uint64_t size, std::size_t rows, KeyScanEnd end,
+              std::size_t dropped) {
+    if (!record)
+        return;
+    record->outcome = LoadReport::Outcome::Read;
+    record->bytes = size;
+    record->rows = rows;
+    if (end == KeyScanEnd::KeyWithoutId)
+        record->reason = L"a key without a comma: it and the rest are dropped";
+    else if (end == KeyScanEnd::NoLineFeed)
+        record->reason = L"the last line has no line feed and is dropped";
+    if (end != KeyScanEnd::EndOfBytes)
+        record->offset = dropped;
 }
 
 // A table lives as long as its collection: rows reserved far beyond the estimate are given
@@ -59,22 +49,15 @@ KeyTableScan ScanKeyTable(std::string_view bytes) {
 
 void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path,
                      LoadReport::FileRecord* record) {
-    std::vector<StringTableEntry> rows;
     std::uint64_t size = 0;
-    std::unique_ptr<char[]> data =
-        ReadAndScan(path, record, size,
-                    [&rows](std::string_view bytes, std::size_t& dropped, std::size_t& count) {
-                        KeyTableScan scan = ScanKeyTable(bytes);
-                        dropped = scan.droppedOffset;
-                        count = scan.rows.size();
-                        rows = std::move(scan.rows);
-                        return scan.end;
-                    });
+    std::unique_ptr<char[]> data = Platform::ReadRecordedFile(path.c_str(), size, record);
     // An unreadable file keeps the rows the table had, with the buffer they point into.
     if (!data)
         return;
-    FitRows(rows);
-    table.entries = std::move(rows);
+    KeyTableScan scan = ScanKeyTable(std::string_view(data.get(), static_cast<std::size_t>(size)));
+    Describe(record, size, scan.rows.size(), scan.end, scan.droppedOffset);
+    FitRows(scan.rows);
+    table.entries = std::move(scan.rows);
     table.buffer = std::move(data);
     table.size = static_cast<std::size_t>(size);
 }
@@ -82,26 +65,39 @@ void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path,
 void LoadCsvKeyTable(KeyRows& table, const QanStringT<wchar_t>& path,
                      LoadReport::FileRecord* record) {
     std::vector<KeyRows::Row> rows;
+    const char* start = nullptr;
+    // Offsets from the start of a file below 4 GiB fit 32 bits.
+    const auto keep = [&rows, &start](QanStringViewT<char> key, QanStringViewT<char> id) {
+        rows.push_back(
+            {static_cast<std::uint32_t>(key.data() - start), static_cast<std::uint32_t>(key.size()),
+             static_cast<std::uint32_t>(id.data() - start), static_cast<std::uint32_t>(id.size())});
+    };
+    KeyRowScanner<decltype(keep)> scanner(keep);
     std::uint64_t size = 0;
-    std::unique_ptr<char[]> data = ReadAndScan(
-        path, record, size,
-        [&rows](std::string_view bytes, std::size_t& dropped, std::size_t& count) {
-            rows.reserve(EstimateLines(bytes.data(), bytes.size()));
-            const char* const start = bytes.data();
-            // Offsets from the start of a file below 4 GiB fit 32 bits.
-            auto offset = [start](const char* at) {
-                return static_cast<std::uint32_t>(at - start);
-            };
-            const KeyScanEnd end = ScanKeyRows(
-                bytes, dropped, [&rows, offset](QanStringViewT<char> key, QanStringViewT<char> id) {
-                    rows.push_back({offset(key.data()), static_cast<std::uint32_t>(key.size()),
-                                    offset(id.data()), static_cast<std::uint32_t>(id.size())});
-                });
-            count = rows.size();
-            return end;
+    // Each piece is scanned as soon as it is read, while its bytes are still in cache.
+    std::unique_ptr<char[]> data = Platform::ReadRecordedFile(
+        path.c_str(), size, record, [&](const char* bytes, std::size_t count, std::size_t total) {
+            if (!start) {
+                start = bytes;
+                // As many rows as the first piece's lines suggest for the whole file.
+                const std::size_t lines = EstimateLines(bytes, count);
+                rows.reserve(count == total
+                                 ? lines
+                                 : static_cast<std::size_t>(static_cast<double>(lines) * 1.125 *
+                                                            static_cast<double>(total) /
+                                                            static_cast<double>(count + 1)) +
+                                       64);
+            }
+            scanner.Feed(std::string_view(bytes, count));
         });
+    // An unreadable file keeps the rows the table had, with the bytes they point into.
     if (!data)
         return;
+    if (!start) // an empty file: nothing arrived
+        start = data.get();
+    std::size_t dropped = 0;
+    const KeyScanEnd end = scanner.End(dropped);
+    Describe(record, size, rows.size(), end, dropped);
     FitRows(rows);
     table.rows = std::move(rows);
     table.bytes = std::move(data);

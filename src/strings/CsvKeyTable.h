@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Framework::Internal {
@@ -31,43 +32,72 @@ struct KeyTableScan {
 };
 
 // The byte scan of a key table; the only one, shared by the loaders and the tool. Calls
-// onRow(key, id) for each row, in file order, with views into bytes, and says why it read
-// no further (and from where, in droppedOffset, when it dropped bytes).
+// onRow(key, id) for each row, in file order, with views into the bytes, and says why it
+// read no further (and from where, in droppedOffset, when it dropped bytes). It can take
+// the bytes as a file's read brings them in, so that they are scanned while in cache.
 //
 // Two states: the key runs to the first comma, the id to the next line feed. The key
 // search looks past line feeds, so a line without a comma joins the next line's key;
 // further commas belong to the id and a carriage return stays at its end. Intended: the
 // files come from the suite's build, which writes exactly this shape.
 template <class OnRow>
-KeyScanEnd ScanKeyRows(std::string_view bytes, std::size_t& droppedOffset, OnRow&& onRow) {
-    const char* const start = bytes.data();
-    const char* const end = start + bytes.size();
-    bool readingKey = true;
-    QanStringViewT<char> key;
-    const char* pos = start;
-    while (pos < end) {
-        const char* const found = FindByte(pos, readingKey ? ',' : '\n', end - pos);
-        if (!found) {
-            // A key without its id, or a last line without a line feed, is dropped; why is
-            // noted here, once, so that a row costs nothing more.
-            droppedOffset = static_cast<std::size_t>((readingKey ? pos : key.data()) - start);
-            return readingKey ? KeyScanEnd::KeyWithoutId : KeyScanEnd::NoLineFeed;
+class KeyRowScanner {
+public:
+    explicit KeyRowScanner(OnRow onRow) : onRow(std::forward<OnRow>(onRow)) {}
+
+    // Scans what bytes adds to what was fed before: bytes must begin with everything fed so
+    // far (a file's first bytes, more of them each time). Rows are views into bytes.
+    void Feed(std::string_view bytes) {
+        const std::size_t from = scanned;
+        // Every comma and line feed in order; the state says which of them ends a field.
+        ForEachByteOf(bytes.substr(from), ',', '\n', [&](std::size_t offset) {
+            const std::size_t at = from + offset;
+            if (readingKey) {
+                if (bytes[at] != ',')
+                    return;
+                keyStart = fieldStart;
+                keyLength = at - fieldStart;
+            } else {
+                if (bytes[at] != '\n')
+                    return;
+                onRow(bytes.substr(keyStart, keyLength), bytes.substr(fieldStart, at - fieldStart));
+            }
+            readingKey = !readingKey;
+            fieldStart = at + 1;
+        });
+        scanned = bytes.size();
+    }
+
+    // Why the scan read no further, once all of the bytes were fed; droppedOffset receives
+    // the first byte no row holds when the end says so. A key without its id, or a last
+    // line without a line feed (a comma as the last byte included), is dropped; why is
+    // noted here, once, so that a row costs nothing more.
+    KeyScanEnd End(std::size_t& droppedOffset) const {
+        if (!readingKey) {
+            droppedOffset = keyStart;
+            return KeyScanEnd::NoLineFeed;
         }
-        const QanStringViewT<char> field(pos, static_cast<std::size_t>(found - pos));
-        if (readingKey)
-            key = field;
-        else
-            onRow(key, field);
-        pos = found + 1;
-        readingKey = !readingKey;
+        if (fieldStart < scanned) {
+            droppedOffset = fieldStart;
+            return KeyScanEnd::KeyWithoutId;
+        }
+        return KeyScanEnd::EndOfBytes;
     }
-    // A comma as the last byte ends the loop with a key whose id was never searched for:
-    // that key is dropped like any last line without a line feed, and said so.
-    if (!readingKey) {
-        droppedOffset = static_cast<std::size_t>(key.data() - start);
-        return KeyScanEnd::NoLineFeed;
-    }
-    return KeyScanEnd::EndOfBytes;
+
+private:
+    OnRow onRow;
+    std::size_t scanned = 0;
+    bool readingKey = true;
+    std::size_t fieldStart = 0; // of the key or id being read
+    std::size_t keyStart = 0, keyLength = 0;
+};
+
+// The whole scan over bytes at once.
+template <class OnRow>
+KeyScanEnd ScanKeyRows(std::string_view bytes, std::size_t& droppedOffset, OnRow&& onRow) {
+    KeyRowScanner<OnRow&> scanner(onRow);
+    scanner.Feed(bytes);
+    return scanner.End(droppedOffset);
 }
 
 // The same scan, its rows gathered. Example: ScanKeyTable("k,ID\n").rows[0].text == "ID".

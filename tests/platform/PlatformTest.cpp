@@ -8,6 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 namespace {
 using namespace Framework;
 using Framework::Platform::SystemPlatform;
@@ -103,6 +106,36 @@ TEST(Files, WholeFileReadsAndKinds) {
     EXPECT_TRUE(SystemPlatform().Exists(dir.Wide()));
     EXPECT_FALSE(SystemPlatform().Exists(dir.Wide() + L"x"));
     EXPECT_FALSE(SystemPlatform().Exists(L""));
+}
+
+// A read that tells as its bytes arrive: every count it tells is final and growing, the
+// last is the whole file, and what it told is the file's bytes.
+TEST(Files, ReadTellsItsBytesAsTheyArrive) {
+    QanTest::TempDir dir;
+    std::string content(700 * 1024 + 17, '\0');
+    for (std::size_t i = 0; i < content.size(); ++i)
+        content[i] = static_cast<char>('a' + i % 23);
+    const std::wstring file = Wide(dir.Write("large.csv", content));
+    std::vector<std::size_t> counts;
+    std::string seen;
+    std::uint64_t size = 0;
+    const auto bytes = SystemPlatform().ReadFileInfoBuffer(
+        file.c_str(), size, [&](const char* at, std::size_t count, std::size_t total) {
+            EXPECT_EQ(total, content.size());
+            EXPECT_TRUE(counts.empty() || count > counts.back());
+            seen.append(at + seen.size(), count - seen.size());
+            counts.push_back(count);
+        });
+    ASSERT_TRUE(bytes);
+    EXPECT_EQ(std::string(bytes.get(), size), content);
+    EXPECT_EQ(seen, content);
+    ASSERT_FALSE(counts.empty());
+    EXPECT_EQ(counts.back(), content.size());
+    bool told = false;
+    EXPECT_FALSE(SystemPlatform().ReadFileInfoBuffer(
+        (dir.Wide() + L"missing").c_str(), size,
+        [&told](const char*, std::size_t, std::size_t) { told = true; }));
+    EXPECT_FALSE(told);
 }
 
 } // namespace

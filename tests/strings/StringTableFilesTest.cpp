@@ -152,6 +152,46 @@ TEST(KeyTable, ScanSaysWhyAndWhereItEnded) {
     }
 }
 
+// The loader scans each piece of a file as its read brings it in: fed in two pieces split
+// at any byte (inside a key, an id, or at a comma or line feed), or a byte at a time, the
+// scan keeps the rows and the end of the scan of the whole.
+TEST(KeyTable, PiecesScanAsTheWhole) {
+    const std::string table = "alpha,ONE\nbeta,TWO,2\r\ngamma\ndelta,FOUR\n,empty key\n"
+                              "a-key-longer-than-sixteen-bytes,AND_AN_ID_AS_LONG\nlast,";
+    using Row = std::pair<std::string, std::string>;
+    for (const std::string& bytes : {table, table + "X\n", table.substr(0, 40)}) {
+        const KeyTableScan whole = ScanKeyTable(bytes);
+        std::vector<Row> expected;
+        for (const auto& row : whole.rows)
+            expected.emplace_back(row.key, row.text);
+        const auto scanInPieces = [&bytes](const std::vector<std::size_t>& ends, KeyScanEnd& end,
+                                           std::size_t& dropped) {
+            std::vector<Row> rows;
+            const auto keep = [&rows](std::string_view key, std::string_view id) {
+                rows.emplace_back(key, id);
+            };
+            KeyRowScanner<decltype(keep)> scanner(keep);
+            for (const std::size_t piece : ends)
+                scanner.Feed(std::string_view(bytes).substr(0, piece));
+            end = scanner.End(dropped);
+            return rows;
+        };
+        std::vector<std::size_t> byteAtATime;
+        for (std::size_t split = 0; split <= bytes.size(); ++split) {
+            byteAtATime.push_back(split);
+            KeyScanEnd end{};
+            std::size_t dropped = 0;
+            EXPECT_EQ(scanInPieces({split, bytes.size()}, end, dropped), expected) << split;
+            EXPECT_EQ(end, whole.end) << split;
+            EXPECT_EQ(end == KeyScanEnd::EndOfBytes ? 0 : dropped, whole.droppedOffset) << split;
+        }
+        KeyScanEnd end{};
+        std::size_t dropped = 0;
+        EXPECT_EQ(scanInPieces(byteAtATime, end, dropped), expected);
+        EXPECT_EQ(end, whole.end);
+    }
+}
+
 // Every truncation, from no line feed at all to a quote without its partner, gives a
 // leading part of the rows.
 TEST(MalformedFiles, EveryTruncationGivesALeadingPartOfTheRows) {
