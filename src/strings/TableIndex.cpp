@@ -69,49 +69,58 @@ TableIndex::TableIndex(const Rows& rows) {
     inOrder.reserve(slots);
     CollectProbes(probes, inOrder, 1, 0, levels, 0, rows.size(), kNone, kNone);
 
-    // The node keys in ascending row order (the in-order of the tree) are checked against
-    // each other, and their shared prefix is found on the way.
+    // One pass over the nodes in ascending row order (the in-order of the tree) fills them
+    // as for ordered node keys, checks that order against the key before, and finds the
+    // prefix that all node keys share. A node's bounds are ancestors on the current path:
+    // the lower one was passed already, and the upper one is shared by the nodes before it
+    // in its left subtree, so their keys stay in cache.
+    nodes.assign(slots, Node{0, 0, 0, 0, 0});
     ordered = true;
-    bool first = true;
     QanStringViewT<char> previous;
-    // The rows are far apart, so they and then their keys are asked for some nodes ahead.
+    // The rows are far apart, so they and then their keys (and their upper bounds') are
+    // asked for some nodes ahead.
     constexpr std::size_t kRowsAhead = 16, kKeysAhead = 8;
     for (std::size_t i = 0; i < inOrder.size(); ++i) {
-        if (i + kRowsAhead < inOrder.size())
-            Prefetch(rows.RowAddress(probes[inOrder[i + kRowsAhead]].row));
-        if (i + kKeysAhead < inOrder.size())
-            Prefetch(rows.Key(probes[inOrder[i + kKeysAhead]].row).data());
-        const QanStringViewT<char> key = rows.Key(probes[inOrder[i]].row);
-        if (first) {
+        if (i + kRowsAhead < inOrder.size()) {
+            const Probe& ahead = probes[inOrder[i + kRowsAhead]];
+            Prefetch(rows.RowAddress(ahead.row));
+            if (ahead.upper != kNone)
+                Prefetch(rows.RowAddress(ahead.upper));
+        }
+        if (i + kKeysAhead < inOrder.size()) {
+            const Probe& ahead = probes[inOrder[i + kKeysAhead]];
+            Prefetch(rows.Key(ahead.row).data());
+            if (ahead.upper != kNone)
+                Prefetch(rows.Key(ahead.upper).data());
+        }
+        const Probe& probe = probes[inOrder[i]];
+        const QanStringViewT<char> key = rows.Key(probe.row);
+        if (i == 0) {
             prefix.assign(key.data(), key.size());
-            first = false;
         } else {
             if (CompareKeys(previous, key) > 0)
                 ordered = false;
             prefix.resize(CommonPrefix(prefix, key));
         }
         previous = key;
-    }
-
-    nodes.assign(slots, Node{0, 0, 0, 0, 0});
-    // In-order again: the rows ascend, and a node's bounds are ancestors on the current
-    // path, whose keys stay in cache.
-    for (const std::uint32_t node : inOrder) {
-        const Probe& probe = probes[node];
-        const QanStringViewT<char> key = rows.Key(probe.row);
-        Node& at = nodes[node];
+        Node& at = nodes[inOrder[i]];
         at.length = static_cast<std::uint32_t>(key.size());
-        if (!ordered) {
-            at.lowCommon = static_cast<std::uint32_t>(prefix.size());
-            at.lowBits = KeyBits(key, prefix.size());
-            continue;
-        }
         if (probe.lower != kNone)
             at.lowCommon = static_cast<std::uint32_t>(CommonPrefix(rows.Key(probe.lower), key));
         if (probe.upper != kNone)
             at.highCommon = static_cast<std::uint32_t>(CommonPrefix(key, rows.Key(probe.upper)));
         at.lowBits = KeyBits(key, at.lowCommon);
         at.highBits = KeyBits(key, at.highCommon);
+    }
+    if (ordered)
+        return;
+    // Node keys out of order (an unsorted table): every node keeps the eight bytes after
+    // the shared prefix instead.
+    for (const std::uint32_t node : inOrder) {
+        const QanStringViewT<char> key = rows.Key(probes[node].row);
+        nodes[node] =
+            Node{KeyBits(key, prefix.size()), 0, static_cast<std::uint32_t>(prefix.size()), 0,
+                 static_cast<std::uint32_t>(key.size())};
     }
 }
 
