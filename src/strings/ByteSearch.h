@@ -69,4 +69,23 @@ inline std::size_t EstimateLines(const char* from, std::size_t length) noexcept 
     return static_cast<std::size_t>(scaled + scaled / 16 + 64);
 }
 
+// The same estimate for a file of total bytes of which only the first count have been read:
+// the lines of those, scaled to the whole, with an eighth to spare.
+inline std::size_t EstimateLines(const char* from, std::size_t count, std::size_t total) noexcept {
+    const std::size_t lines = EstimateLines(from, count);
+    if (count >= total)
+        return lines;
+    const double scaled =
+        static_cast<double>(lines) * static_cast<double>(total) / static_cast<double>(count + 1);
+    return static_cast<std::size_t>(scaled * 1.125) + 64;
+}
+
+// A table lives as long as its collection: rows reserved far beyond the estimate are given
+// back (a copy, only when the estimate was well off).
+template <class Rows>
+void GiveBackSpareRows(Rows& rows) {
+    if (rows.capacity() > rows.size() + rows.size() / 8 + 64)
+        rows.shrink_to_fit();
+}
+
 } // namespace Framework::Internal

@@ -27,14 +27,6 @@ void Describe(LoadReport::FileRecord* record, std::uint64_t size, std::size_t ro
         record->offset = dropped;
 }
 
-// A table lives as long as its collection: rows reserved far beyond the estimate are given
-// back (a copy, only when the estimate was well off).
-template <class Rows>
-void FitRows(Rows& rows) {
-    if (rows.capacity() > rows.size() + rows.size() / 8 + 64)
-        rows.shrink_to_fit();
-}
-
 } // namespace
 
 KeyTableScan ScanKeyTable(std::string_view bytes) {
@@ -56,7 +48,7 @@ void LoadCsvKeyTable(StringTable& table, const QanStringT<wchar_t>& path,
         return;
     KeyTableScan scan = ScanKeyTable(std::string_view(data.get(), static_cast<std::size_t>(size)));
     Describe(record, size, scan.rows.size(), scan.end, scan.droppedOffset);
-    FitRows(scan.rows);
+    GiveBackSpareRows(scan.rows);
     table.entries = std::move(scan.rows);
     table.buffer = std::move(data);
     table.size = static_cast<std::size_t>(size);
@@ -79,14 +71,7 @@ void LoadCsvKeyTable(KeyRows& table, const QanStringT<wchar_t>& path,
         path.c_str(), size, record, [&](const char* bytes, std::size_t count, std::size_t total) {
             if (!start) {
                 start = bytes;
-                // As many rows as the first piece's lines suggest for the whole file.
-                const std::size_t lines = EstimateLines(bytes, count);
-                rows.reserve(count == total
-                                 ? lines
-                                 : static_cast<std::size_t>(static_cast<double>(lines) * 1.125 *
-                                                            static_cast<double>(total) /
-                                                            static_cast<double>(count + 1)) +
-                                       64);
+                rows.reserve(EstimateLines(bytes, count, total));
             }
             scanner.Feed(std::string_view(bytes, count));
         });
@@ -98,7 +83,7 @@ void LoadCsvKeyTable(KeyRows& table, const QanStringT<wchar_t>& path,
     std::size_t dropped = 0;
     const KeyScanEnd end = scanner.End(dropped);
     Describe(record, size, rows.size(), end, dropped);
-    FitRows(rows);
+    GiveBackSpareRows(rows);
     table.rows = std::move(rows);
     table.bytes = std::move(data);
 }

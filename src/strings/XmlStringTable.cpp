@@ -8,68 +8,126 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 
 namespace Framework::Internal {
 
-StringFileScan ScanStringTextFile(std::string_view bytes) {
-    StringFileScan scan;
-    const char* const start = bytes.data();
-    const char* const end = start + bytes.size();
-    const std::size_t size = bytes.size();
-    // The rows are gathered in a local vector and handed over at the end.
-    std::vector<StringTableEntry> rows;
-    rows.reserve(EstimateLines(start, size));
-
-    // Lines 1 and 2 (declaration and root start tag) hold quotes of their own and are
-    // skipped unseen. The first search leaves out the last byte and the second ends one
-    // byte before the end, so a second line feed as the very last byte finds no rows.
+StringFileScanner::StringFileScanner(std::size_t fileSize) : size(fileSize) {
+    // Fewer than two lines until the two line feeds are found.
     scan.end = StringScanEnd::TooFewLines;
-    if (size == 0)
-        return scan;
-    const char* const firstLf = FindByte(start, '\n', static_cast<std::ptrdiff_t>(size - 1));
-    if (!firstLf)
-        return scan;
-    const char* const secondLf = FindByte(firstLf + 1, '\n', (end - 1) - (firstLf + 1));
-    if (!secondLf)
-        return scan;
-    scan.rowsBegin = static_cast<std::size_t>(secondLf + 1 - start);
-    scan.end = StringScanEnd::EndOfBytes;
+}
 
-    // Why the scan ends is noted once, when a search fails; a row costs nothing more.
-    auto stop = [&](StringScanEnd why, const char* at) {
-        scan.end = why;
-        scan.endOffset = static_cast<std::size_t>(at - start);
+void StringFileScanner::Stop(StringScanEnd why, std::size_t at) {
+    scan.end = why;
+    scan.endOffset = at;
+    step = Step::Done;
+}
+
+void StringFileScanner::Feed(std::string_view bytes) {
+    const char* const start = bytes.data();
+    const std::size_t fed = bytes.size();
+    // The next byte from cursor that is wanted, searched up to limit (the bound that the
+    // scan of the whole file sets); npos when it lies beyond the bytes fed so far.
+    constexpr std::size_t kWait = std::string_view::npos;
+    std::size_t found = 0;
+    const auto search = [&](char wanted, std::size_t limit) -> bool {
+        const std::size_t available = std::min(fed, limit);
+        const char* const at =
+            cursor < available
+                ? FindByte(start + cursor, wanted, static_cast<std::ptrdiff_t>(available - cursor))
+                : nullptr;
+        if (at) {
+            found = static_cast<std::size_t>(at - start);
+            return true;
+        }
+        found = available < limit ? kWait : 0;
+        if (found == kWait)
+            cursor = std::max(cursor, available);
+        return false;
     };
-    const char* pos = secondLf + 1;
-    while (pos < end) {
-        // The opening quote is searched in all but the last byte.
-        const char* const openQuote = FindByte(pos, '"', end - pos - 1);
-        if (!openQuote) {
-            stop(StringScanEnd::NoOpeningQuote, pos);
-            break;
+    // The bounds, as the scan of the whole file sets them: the first line feed is searched
+    // in all but the last byte and the second ends one byte before the end, so a second
+    // line feed as the very last byte finds no rows; an opening quote is searched in all
+    // but the last byte; a closing quote leaves room for the ">" and at least one byte.
+    const std::size_t allButLast = size > 0 ? size - 1 : 0;
+    const std::size_t allButTwo = size > 1 ? size - 2 : 0;
+    for (;;) {
+        switch (step) {
+        case Step::FirstLineFeed:
+            if (!search('\n', allButLast)) {
+                if (found == kWait)
+                    return;
+                step = Step::Done; // TooFewLines
+                continue;
+            }
+            cursor = found + 1;
+            step = Step::SecondLineFeed;
+            continue;
+        case Step::SecondLineFeed:
+            if (!search('\n', allButLast)) {
+                if (found == kWait)
+                    return;
+                step = Step::Done;
+                continue;
+            }
+            scan.rowsBegin = found + 1;
+            scan.end = StringScanEnd::EndOfBytes;
+            rowStart = cursor = found + 1;
+            step = Step::OpeningQuote;
+            continue;
+        case Step::OpeningQuote:
+            if (rowStart >= size) {
+                step = Step::Done; // the last row's '<' was the last byte
+                continue;
+            }
+            if (!search('"', allButLast)) {
+                if (found == kWait)
+                    return;
+                Stop(StringScanEnd::NoOpeningQuote, rowStart);
+                continue;
+            }
+            openQuote = found;
+            cursor = found + 1;
+            step = Step::ClosingQuote;
+            continue;
+        case Step::ClosingQuote:
+            if (!search('"', allButTwo)) {
+                if (found == kWait)
+                    return;
+                Stop(StringScanEnd::NoClosingQuote, openQuote);
+                continue;
+            }
+            closeQuote = found;
+            // The byte after the closing quote is the ">" of the start tag; it is stepped
+            // over without a look, which is why a self-closing element or a second attribute
+            // is read wrongly. Intended: the producer writes exactly one attribute.
+            cursor = found + 2;
+            step = Step::TextEnd;
+            continue;
+        case Step::TextEnd:
+            if (!search('<', size)) {
+                if (found == kWait)
+                    return;
+                Stop(StringScanEnd::NoTextEnd, openQuote);
+                continue;
+            }
+            scan.rows.push_back(
+                {QanStringViewT<char>(start + openQuote + 1, closeQuote - openQuote - 1),
+                 QanStringViewT<char>(start + closeQuote + 2, found - closeQuote - 2)});
+            rowStart = cursor = found + 1;
+            step = Step::OpeningQuote;
+            continue;
+        case Step::Done:
+            return;
         }
-        const char* const id = openQuote + 1;
-        // The closing quote leaves room for the ">" and at least one byte after it.
-        const char* const closeQuote = FindByte(id, '"', end - id - 2);
-        if (!closeQuote) {
-            stop(StringScanEnd::NoClosingQuote, openQuote);
-            break;
-        }
-        // The byte after the closing quote is the ">" of the start tag; it is stepped over
-        // without a look, which is why a self-closing element or a second attribute is
-        // read wrongly. Intended: the producer writes exactly one attribute.
-        const char* const text = closeQuote + 2;
-        const char* const lt = FindByte(text, '<', end - text);
-        if (!lt) {
-            stop(StringScanEnd::NoTextEnd, openQuote);
-            break;
-        }
-        rows.push_back({QanStringViewT<char>(id, static_cast<std::size_t>(closeQuote - id)),
-                        QanStringViewT<char>(text, static_cast<std::size_t>(lt - text))});
-        pos = lt + 1;
     }
-    scan.rows = std::move(rows);
-    return scan;
+}
+
+StringFileScan ScanStringTextFile(std::string_view bytes) {
+    StringFileScanner scanner(bytes.size());
+    scanner.Reserve(EstimateLines(bytes.data(), bytes.size()));
+    scanner.Feed(bytes);
+    return scanner.Finish();
 }
 
 namespace {
@@ -101,16 +159,28 @@ void DescribeScan(LoadReport::FileRecord& record, const StringFileScan& scan, st
 
 void LoadXmlStringTable(StringTable& table, const QanStringT<wchar_t>& path, bool sort,
                         LoadReport::FileRecord* record) {
+    std::optional<StringFileScanner> scanner;
     std::uint64_t size = 0;
-    std::unique_ptr<char[]> data = Platform::ReadRecordedFile(path.c_str(), size, record);
+    // Each piece is scanned as soon as it is read, while its bytes are still in cache.
+    std::unique_ptr<char[]> data = Platform::ReadRecordedFile(
+        path.c_str(), size, record,
+        [&scanner](const char* bytes, std::size_t count, std::size_t total) {
+            if (!scanner) {
+                scanner.emplace(total);
+                scanner->Reserve(EstimateLines(bytes, count, total));
+            }
+            scanner->Feed(std::string_view(bytes, count));
+        });
     // Whenever a load ends without new rows, the table keeps its rows together with the
     // buffer they point into, so that no row is ever left pointing at released bytes (a
     // full file that cannot be read keeps the start-up texts usable).
     if (!data)
         return;
-
-    StringFileScan scan =
-        ScanStringTextFile(std::string_view(data.get(), static_cast<std::size_t>(size)));
+    if (!scanner) { // an empty file: nothing arrived
+        scanner.emplace(0);
+        scanner->Feed(std::string_view(data.get(), 0));
+    }
+    StringFileScan scan = scanner->Finish();
     if (record)
         DescribeScan(*record, scan, size);
     // Fewer than two lines: the table keeps what it had, as for an unreadable file.
@@ -119,10 +189,7 @@ void LoadXmlStringTable(StringTable& table, const QanStringT<wchar_t>& path, boo
 
     if (sort)
         std::sort(scan.rows.begin(), scan.rows.end(), EntryKeyLess{});
-    // A table lives as long as its collection: rows reserved far beyond the estimate are
-    // given back (a copy, only when the estimate was well off).
-    if (scan.rows.capacity() > scan.rows.size() + scan.rows.size() / 8 + 64)
-        scan.rows.shrink_to_fit();
+    GiveBackSpareRows(scan.rows);
     table.entries = std::move(scan.rows);
     table.buffer = std::move(data);
     table.size = static_cast<std::size_t>(size);

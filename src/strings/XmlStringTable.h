@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Framework::Internal {
@@ -34,7 +35,43 @@ struct StringFileScan {
     std::size_t endOffset = 0;
 };
 
-// The byte scan of a string text file; the only one, shared by the loader and the tool.
+// The byte scan of a string text file; the only one, shared by the loader and the tool. It
+// can take the bytes as a file's read brings them in, so that they are scanned while in
+// cache: made with the file's size, fed a longer prefix of the file each time (rows are
+// views into it), and finished once the whole file was fed. Every search is bounded by the
+// file's size as in a scan of the whole, and one that reaches past the bytes fed so far
+// waits for more.
+class StringFileScanner {
+public:
+    explicit StringFileScanner(std::size_t fileSize);
+
+    void Reserve(std::size_t rows) { scan.rows.reserve(rows); }
+    void Feed(std::string_view bytes);
+    // What the scan read; call once, after the whole file was fed.
+    StringFileScan Finish() { return std::move(scan); }
+
+private:
+    enum class Step : std::uint8_t {
+        FirstLineFeed,
+        SecondLineFeed,
+        OpeningQuote,
+        ClosingQuote,
+        TextEnd,
+        Done
+    };
+
+    void Stop(StringScanEnd why, std::size_t at);
+
+    std::size_t size;
+    Step step = Step::FirstLineFeed;
+    std::size_t cursor = 0;     // where the search under way goes on
+    std::size_t rowStart = 0;   // where the search for the row's opening quote began
+    std::size_t openQuote = 0;  // of the row being read
+    std::size_t closeQuote = 0; // of the row being read
+    StringFileScan scan;
+};
+
+// The whole scan at once. Example: ScanStringTextFile(file).rows[0].key is the first id.
 StringFileScan ScanStringTextFile(std::string_view bytes);
 
 // Fills table from the file at path; sorts the rows by id when sort is set. A file that

@@ -192,6 +192,37 @@ TEST(KeyTable, PiecesScanAsTheWhole) {
     }
 }
 
+// The loader scans a string text file as its read brings it in: fed in two pieces split at
+// any byte, or a byte at a time, the scan keeps the rows, where they begin, and why and
+// where it ended, as the scan of the whole (whose bounds depend on the file's size).
+TEST(StringTextFile, PiecesScanAsTheWhole) {
+    const std::string file = TextFile({{"a", "Al"}, {"b", ""}, {"c", "multi\nline"}});
+    for (const std::string& bytes :
+         {file, file + "  <s id=\"d\">no end", file + "<s id=\"e", file.substr(0, 50),
+          std::string("\n\n"), std::string("x\n\n\"a\">t<")}) {
+        const StringFileScan whole = ScanStringTextFile(bytes);
+        const auto same = [&whole, &bytes](const StringFileScan& scan, const std::string& how) {
+            EXPECT_EQ(scan.end, whole.end) << how << bytes;
+            EXPECT_EQ(scan.endOffset, whole.endOffset) << how << bytes;
+            EXPECT_EQ(scan.rowsBegin, whole.rowsBegin) << how << bytes;
+            ASSERT_EQ(scan.rows.size(), whole.rows.size()) << how << bytes;
+            for (std::size_t i = 0; i < scan.rows.size(); ++i) {
+                EXPECT_EQ(scan.rows[i].key, whole.rows[i].key) << how << bytes;
+                EXPECT_EQ(scan.rows[i].text, whole.rows[i].text) << how << bytes;
+            }
+        };
+        StringFileScanner byteAtATime(bytes.size());
+        for (std::size_t split = 0; split <= bytes.size(); ++split) {
+            StringFileScanner twoPieces(bytes.size());
+            twoPieces.Feed(std::string_view(bytes).substr(0, split));
+            twoPieces.Feed(bytes);
+            same(twoPieces.Finish(), "split at " + std::to_string(split) + ": ");
+            byteAtATime.Feed(std::string_view(bytes).substr(0, split));
+        }
+        same(byteAtATime.Finish(), "a byte at a time: ");
+    }
+}
+
 // Every truncation, from no line feed at all to a quote without its partner, gives a
 // leading part of the rows.
 TEST(MalformedFiles, EveryTruncationGivesALeadingPartOfTheRows) {
