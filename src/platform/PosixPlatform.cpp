@@ -45,6 +45,18 @@ void PreferLargePages(char* buffer, std::uint64_t size) {
 #endif
 }
 
+// A descriptor from OpenResourceFile, closed when it goes out of scope (when it is open).
+struct OpenedFile {
+    explicit OpenedFile(int descriptor) : fd(descriptor) {}
+    OpenedFile(const OpenedFile&) = delete;
+    OpenedFile& operator=(const OpenedFile&) = delete;
+    ~OpenedFile() {
+        if (fd >= 0)
+            ::close(fd);
+    }
+    const int fd;
+};
+
 bool HasSeparator(const wchar_t* name) {
     return std::wcschr(name, L'/') != nullptr;
 }
@@ -67,13 +79,9 @@ public:
         if (!path || !*path)
             return false;
         std::uint64_t length = 0;
-        const int fd = OpenResourceFile(Utf8::Encode(path).c_str(), length);
-        if (fd < 0)
+        const OpenedFile closer{OpenResourceFile(Utf8::Encode(path).c_str(), length)};
+        if (closer.fd < 0)
             return false;
-        const struct Closer {
-            int fd;
-            ~Closer() { ::close(fd); }
-        } closer{fd};
         constexpr std::size_t kPiece = std::size_t{1} << 20;
         const std::unique_ptr<char[]> buffer(new char[kPiece]);
         std::uint64_t done = 0;
@@ -187,14 +195,10 @@ private:
         if (!path || !*path)
             return nullptr;
         std::uint64_t length = 0;
-        const int fd = OpenResourceFile(Utf8::Encode(path).c_str(), length);
-        if (fd < 0)
-            return nullptr;
         // Closed on every way out, an allocation failure included.
-        const struct Closer {
-            int fd;
-            ~Closer() { ::close(fd); }
-        } closer{fd};
+        const OpenedFile closer{OpenResourceFile(Utf8::Encode(path).c_str(), length)};
+        if (closer.fd < 0)
+            return nullptr;
         // One byte more than the file so that even an empty file yields a buffer. A file
         // within the limit that still cannot be held is a real shortage of memory, and the
         // allocation failure is the caller's to see.
