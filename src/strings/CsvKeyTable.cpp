@@ -58,11 +58,12 @@ void LoadCsvKeyTable(KeyRows& table, const QanStringT<wchar_t>& path,
                      LoadReport::FileRecord* record) {
     std::vector<KeyRows::Row> rows;
     const char* start = nullptr;
+    std::size_t end = 0; // one past the last row's line feed
     // Offsets from the start of a file below 4 GiB fit 32 bits.
-    const auto keep = [&rows, &start](QanStringViewT<char> key, QanStringViewT<char> id) {
-        rows.push_back(
-            {static_cast<std::uint32_t>(key.data() - start), static_cast<std::uint32_t>(key.size()),
-             static_cast<std::uint32_t>(id.data() - start), static_cast<std::uint32_t>(id.size())});
+    const auto keep = [&rows, &start, &end](QanStringViewT<char> key, QanStringViewT<char> id) {
+        rows.push_back({static_cast<std::uint32_t>(key.data() - start),
+                        static_cast<std::uint32_t>(id.data() - start)});
+        end = static_cast<std::size_t>(id.data() + id.size() - start) + 1;
     };
     KeyRowScanner<decltype(keep)> scanner(keep);
     std::uint64_t size = 0;
@@ -81,8 +82,10 @@ void LoadCsvKeyTable(KeyRows& table, const QanStringT<wchar_t>& path,
     if (!start) // an empty file: nothing arrived
         start = data.get();
     std::size_t dropped = 0;
-    const KeyScanEnd end = scanner.End(dropped);
-    Describe(record, size, rows.size(), end, dropped);
+    const KeyScanEnd why = scanner.End(dropped);
+    Describe(record, size, rows.size(), why, dropped);
+    if (!rows.empty())
+        rows.push_back({static_cast<std::uint32_t>(end), 0});
     GiveBackSpareRows(rows);
     table.rows = std::move(rows);
     table.bytes = std::move(data);

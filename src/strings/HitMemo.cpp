@@ -82,7 +82,7 @@ void HitMemo::RememberMiss(std::uint64_t hash, QanStringViewT<char> key) {
 HitMemo::Slot* HitMemo::Remember(std::uint64_t hash, std::size_t row) {
     if (!slots)
         return nullptr;
-    const std::uint64_t wanted = (hash >> 32) << 32 | (std::uint64_t{table->At(row).keyOffset} + 1);
+    const std::uint64_t wanted = (hash >> 32) << 32 | (std::uint64_t{table->KeyOffset(row)} + 1);
     for (std::size_t at = First(hash);; at = at + 1 == capacity ? 0 : at + 1) {
         Slot& slot = slots[at];
         const std::uint64_t head = slot.Head(std::memory_order_relaxed);

@@ -192,6 +192,26 @@ TEST(KeyTable, PiecesScanAsTheWhole) {
     }
 }
 
+// The collection keeps a key table as offsets only (a row's key and id end where the next
+// field begins): the same keys and ids as the rows of views, for every shape of row.
+TEST(KeyTable, CompactRowsHoldTheSameKeysAndIds) {
+    QanTest::TempDir dir;
+    const std::string bytes = "alpha,ONE\n,empty key\nempty id,\nbeta,TWO,2\r\njoined\n"
+                              "gamma,THREE\n\xC3\xA9,\xC3\xA9\nlast,dropped";
+    const StringTable views = Load(dir, bytes, true);
+    KeyRows compact;
+    LoadCsvKeyTable(compact, dir.Write("c.csv", bytes).wstring());
+    ASSERT_EQ(compact.size(), views.entries.size());
+    ASSERT_EQ(compact.size(), 6u);
+    for (std::size_t row = 0; row < compact.size(); ++row) {
+        EXPECT_EQ(compact.Key(row), views.entries[row].key) << row;
+        EXPECT_EQ(compact.Id(row), views.entries[row].text) << row;
+    }
+    KeyRows empty;
+    LoadCsvKeyTable(empty, dir.Write("e.csv", "no row").wstring());
+    EXPECT_EQ(empty.size(), 0u);
+}
+
 // The loader scans a string text file as its read brings it in: fed in two pieces split at
 // any byte, or a byte at a time, the scan keeps the rows, where they begin, and why and
 // where it ended, as the scan of the whole (whose bounds depend on the file's size).
