@@ -1,9 +1,7 @@
 # CursorTableRoundTrip.cmake: write a table from an unordered list, refuse to overwrite it
 # without --force, dump it back in the library's search order, and lint it.
 # -DTOOL=path -DLIST=file -DWORK=dir -DGOLDEN=file
-# TOOL is the command that runs the tool: on a cross build, the emulator and the program,
-# joined with "|".
-string(REPLACE "|" ";" tool "${TOOL}")
+include(${CMAKE_CURRENT_LIST_DIR}/ToolSteps.cmake)
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
 set(table ${WORK}/cursors.bin)

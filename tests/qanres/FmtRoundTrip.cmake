@@ -3,20 +3,9 @@
 # refused directory must stay byte for byte as it was.
 # -DTOOL=path -DDATA=dir -DWORK=dir (a name beyond ASCII, so that paths pass through the
 # tool's arguments and file functions intact)
-# TOOL is the command that runs the tool: on a cross build, the emulator and the program,
-# joined with "|".
-string(REPLACE "|" ";" tool "${TOOL}")
+include(${CMAKE_CURRENT_LIST_DIR}/ToolSteps.cmake)
 # Wine takes the UTF-8 of the arguments from the locale.
 set(ENV{LC_ALL} C.UTF-8)
-function(run expectRc outVar)
-    execute_process(COMMAND ${tool} ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out
-                    ERROR_VARIABLE err)
-    if(NOT rc STREQUAL expectRc)
-        message(FATAL_ERROR "qanres ${ARGN}: exit ${rc}, expected ${expectRc}\n${out}${err}")
-    endif()
-    set(${outVar} "${out}" PARENT_SCOPE)
-    set(lastErr "${err}" PARENT_SCOPE)
-endfunction()
 
 function(expect_lookup dir key expected)
     set(rc 0)

@@ -2,9 +2,7 @@
 # golden file (the source directory shown as <src>, module handles as <ptr>).
 # -DTOOL=path -DARGS=a|b|c -DEXPECT_RC=n [-DGOLDEN=file] [-DSTDERR_MATCH=regex]
 # [-DSRC=dir] [-DLIBPATH=dir]
-# TOOL is the command that runs the tool: on a cross build, the emulator and the program,
-# joined with "|".
-string(REPLACE "|" ";" tool "${TOOL}")
+include(${CMAKE_CURRENT_LIST_DIR}/ToolSteps.cmake)
 string(REPLACE "|" ";" args "${ARGS}")
 if(LIBPATH)
     set(ENV{LD_LIBRARY_PATH} "${LIBPATH}")

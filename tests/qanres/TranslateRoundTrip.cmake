@@ -3,20 +3,9 @@
 # as PO and XLIFF and comes back; every key must then hand out exactly the text it handed
 # out before, and the written files must be lint-clean and left alone by fmt.
 # -DTOOL=path -DDATA=dir -DWORK=dir [-DMSGFMT=path]
-# TOOL is the command that runs the tool: on a cross build, the emulator and the program,
-# joined with "|".
-string(REPLACE "|" ";" tool "${TOOL}")
+include(${CMAKE_CURRENT_LIST_DIR}/ToolSteps.cmake)
 # Wine takes the UTF-8 of the arguments from the locale.
 set(ENV{LC_ALL} C.UTF-8)
-function(run expectRc outVar)
-    execute_process(COMMAND ${tool} ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out
-                    ERROR_VARIABLE err)
-    if(NOT rc STREQUAL expectRc)
-        message(FATAL_ERROR "qanres ${ARGN}: exit ${rc}, expected ${expectRc}\n${out}${err}")
-    endif()
-    set(${outVar} "${out}" PARENT_SCOPE)
-    set(lastErr "${err}" PARENT_SCOPE)
-endfunction()
 
 function(expect_clean dir)
     run(0 out lint ${dir})
@@ -63,11 +52,12 @@ foreach(format po xliff)
         if(key STREQUAL "c.tagged")
             set(kind caption)
         endif()
-        execute_process(COMMAND "${TOOL}" --master-strings ${src} --resources ${src} --escape
+        execute_process(COMMAND ${tool} --master-strings ${src} --resources ${src} --escape
                                 ${kind} ${key} OUTPUT_VARIABLE before RESULT_VARIABLE rcBefore)
-        execute_process(COMMAND "${TOOL}" --master-strings ${dir} --resources ${src} --escape
+        execute_process(COMMAND ${tool} --master-strings ${dir} --resources ${src} --escape
                                 ${kind} ${key} OUTPUT_VARIABLE after RESULT_VARIABLE rcAfter)
-        if(NOT before STREQUAL after OR NOT rcBefore STREQUAL rcAfter)
+        # A look-up answers with 0 or, for an empty text, 1; anything else did not run.
+        if(NOT rcBefore MATCHES "^[01]$" OR NOT before STREQUAL after OR NOT rcBefore STREQUAL rcAfter)
             message(FATAL_ERROR "${format}: ${kind} ${key} was '${before}', is '${after}'")
         endif()
     endforeach()
