@@ -2,6 +2,8 @@
 // table of well-formed byte sequences.
 #include "base/Unicode.h"
 
+#include <cstring>
+
 #include <cstdint>
 
 namespace Framework::Unicode {
@@ -147,8 +149,24 @@ void DecodeAppend(QanStringViewT<char> bytes, QanStringT<wchar_t>& out) {
     const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
     const auto* end = p + bytes.size();
     while (p < end) {
-        if (*p < 0x80) { // the common case, without a call
+        // Plain ASCII, the common case, without a call.
+        if (*p < 0x80) {
             *write++ = static_cast<wchar_t>(*p++);
+            continue;
+        }
+        // Well-formed two-byte sequences (Latin, Greek, Cyrillic, Hebrew, Arabic and more)
+        // and three-byte ones whose lead allows any second byte (most of the rest of the
+        // Basic Multilingual Plane) are taken here; everything else by the full rules.
+        if (*p >= 0xC2 && *p <= 0xDF && end - p >= 2 && (p[1] & 0xC0) == 0x80) {
+            *write++ = static_cast<wchar_t>((p[0] & 0x1F) << 6 | (p[1] & 0x3F));
+            p += 2;
+            continue;
+        }
+        if (*p >= 0xE1 && *p <= 0xEF && *p != 0xED && end - p >= 3 && (p[1] & 0xC0) == 0x80 &&
+            (p[2] & 0xC0) == 0x80) {
+            *write++ =
+                static_cast<wchar_t>((p[0] & 0x0F) << 12 | (p[1] & 0x3F) << 6 | (p[2] & 0x3F));
+            p += 3;
             continue;
         }
         char32_t value = 0;
