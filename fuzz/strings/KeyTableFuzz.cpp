@@ -1,8 +1,9 @@
 // KeyTableFuzz.cpp: any bytes as a key table. Every row the scan keeps is a pair of views
 // into the bytes, in file order, with exactly a comma between key and id and a line feed
 // after the id; the reason the scan stopped is true of the bytes it left; the loader keeps
-// exactly the scanned rows; and the kept rows written back as "key,id" lines scan to the
-// same rows, with nothing dropped.
+// exactly the scanned rows, as views and as compact rows; the scan fed in pieces, as a read
+// brings them in, keeps the same rows and end; and the kept rows written back as "key,id"
+// lines scan to the same rows, with nothing dropped.
 #include "FuzzPlatform.h"
 #include "strings/CsvKeyTable.h"
 
@@ -72,6 +73,28 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     LoadCsvKeyTable(table, L"string.csv");
     const Rows rows = Copy(scan.rows);
     Check(Copy(table.entries) == rows, "the loader keeps the scanned rows");
+    KeyRows compact;
+    LoadCsvKeyTable(compact, L"string.csv");
+    Rows compactRows;
+    for (std::size_t row = 0; row < compact.size(); ++row)
+        compactRows.emplace_back(std::string(compact.Key(row)), std::string(compact.Id(row)));
+    Check(compactRows == rows, "the compact rows hold the scanned keys and ids");
+
+    // In pieces: a split taken from the bytes themselves, then a byte at a time.
+    Rows pieced;
+    const auto keep = [&pieced](std::string_view key, std::string_view id) {
+        pieced.emplace_back(key, id);
+    };
+    KeyRowScanner<decltype(keep)> scanner(keep);
+    const std::size_t split = size > 0 ? data[0] % (size + 1) : 0;
+    scanner.Feed(input.substr(0, split));
+    for (std::size_t fed = split; fed < size;)
+        scanner.Feed(input.substr(0, ++fed));
+    std::size_t dropped = 0;
+    const KeyScanEnd end = scanner.End(dropped);
+    Check(pieced == rows && end == scan.end &&
+              (end == KeyScanEnd::EndOfBytes || dropped == scan.droppedOffset),
+          "the scan in pieces keeps the rows and the end of the whole");
 
     std::string written;
     for (const auto& [key, id] : rows)

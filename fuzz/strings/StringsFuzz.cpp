@@ -1,6 +1,7 @@
 // StringsFuzz.cpp: any bytes as a string text file, a key table and stored texts. The
-// scans must keep every row inside the file and obey their grammar; every text found must
-// decode; merging a table with itself must keep its rows.
+// scans must keep every row inside the file and obey their grammar, and the text file's scan
+// fed in pieces (as a read brings them in) must keep the rows and the end of the whole; every
+// text found must decode; merging a table with itself must keep its rows.
 #include "platform/Platform.h"
 #include "strings/CsvKeyTable.h"
 #include "strings/DecodeStringText.h"
@@ -69,6 +70,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Check(FindInTable(texts, row.key).has_value() || size % 2 != 0);
         (void)DecodeStringText(row.text);
     }
+
+    // In pieces: a split taken from the bytes themselves, then a byte at a time.
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    const StringFileScan whole = ScanStringTextFile(bytes);
+    StringFileScanner scanner(size);
+    const std::size_t split = size > 0 ? data[0] % (size + 1) : 0;
+    scanner.Feed(bytes.substr(0, split));
+    for (std::size_t fed = split; fed < size;)
+        scanner.Feed(bytes.substr(0, ++fed));
+    const StringFileScan pieced = scanner.Finish();
+    Check(pieced.end == whole.end && pieced.endOffset == whole.endOffset &&
+          pieced.rowsBegin == whole.rowsBegin && pieced.rows.size() == whole.rows.size());
+    for (std::size_t i = 0; i < whole.rows.size(); ++i)
+        Check(pieced.rows[i].key == whole.rows[i].key && pieced.rows[i].text == whole.rows[i].text);
 
     StringTable keys;
     LoadCsvKeyTable(keys, L"string.csv");
