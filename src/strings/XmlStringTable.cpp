@@ -45,78 +45,83 @@ void StringFileScanner::Feed(std::string_view bytes) {
             cursor = std::max(cursor, available);
         return false;
     };
-    // The bounds, as the scan of the whole file sets them: the first line feed is searched
-    // in all but the last byte and the second ends one byte before the end, so a second
-    // line feed as the very last byte finds no rows; an opening quote is searched in all
-    // but the last byte; a closing quote leaves room for the ">" and at least one byte.
+    // What each step searches for, and up to where, as the scan of the whole file bounds it:
+    // the first line feed in all but the last byte and the second up to one byte before the
+    // end, so a second line feed as the very last byte finds no rows; an opening quote in
+    // all but the last byte; a closing quote only where it leaves room for the ">" and at
+    // least one byte; a text's end anywhere.
     const std::size_t allButLast = size > 0 ? size - 1 : 0;
     const std::size_t allButTwo = size > 1 ? size - 2 : 0;
     for (;;) {
+        char wanted = '\n';
+        std::size_t limit = allButLast;
         switch (step) {
         case Step::FirstLineFeed:
-            if (!search('\n', allButLast)) {
-                if (found == kWait)
-                    return;
-                step = Step::Done; // TooFewLines
-                continue;
+        case Step::SecondLineFeed:
+            break;
+        case Step::OpeningQuote:
+            if (rowStart >= size) {
+                step = Step::Done; // the last row's '<' was the last byte
+                return;
             }
+            wanted = '"';
+            break;
+        case Step::ClosingQuote:
+            wanted = '"';
+            limit = allButTwo;
+            break;
+        case Step::TextEnd:
+            wanted = '<';
+            limit = size;
+            break;
+        case Step::Done:
+            return;
+        }
+        if (!search(wanted, limit)) {
+            if (found == kWait)
+                return;
+            // Not in the whole file: the scan ends here, and says why.
+            if (step == Step::OpeningQuote)
+                Stop(StringScanEnd::NoOpeningQuote, rowStart);
+            else if (step == Step::ClosingQuote)
+                Stop(StringScanEnd::NoClosingQuote, openQuote);
+            else if (step == Step::TextEnd)
+                Stop(StringScanEnd::NoTextEnd, openQuote);
+            else
+                step = Step::Done; // fewer than two lines
+            return;
+        }
+        switch (step) {
+        case Step::FirstLineFeed:
             cursor = found + 1;
             step = Step::SecondLineFeed;
-            continue;
+            break;
         case Step::SecondLineFeed:
-            if (!search('\n', allButLast)) {
-                if (found == kWait)
-                    return;
-                step = Step::Done;
-                continue;
-            }
             scan.rowsBegin = found + 1;
             scan.end = StringScanEnd::EndOfBytes;
             rowStart = cursor = found + 1;
             step = Step::OpeningQuote;
-            continue;
+            break;
         case Step::OpeningQuote:
-            if (rowStart >= size) {
-                step = Step::Done; // the last row's '<' was the last byte
-                continue;
-            }
-            if (!search('"', allButLast)) {
-                if (found == kWait)
-                    return;
-                Stop(StringScanEnd::NoOpeningQuote, rowStart);
-                continue;
-            }
             openQuote = found;
             cursor = found + 1;
             step = Step::ClosingQuote;
-            continue;
+            break;
         case Step::ClosingQuote:
-            if (!search('"', allButTwo)) {
-                if (found == kWait)
-                    return;
-                Stop(StringScanEnd::NoClosingQuote, openQuote);
-                continue;
-            }
             closeQuote = found;
             // The byte after the closing quote is the ">" of the start tag; it is stepped
             // over without a look, which is why a self-closing element or a second attribute
             // is read wrongly. Intended: the producer writes exactly one attribute.
             cursor = found + 2;
             step = Step::TextEnd;
-            continue;
+            break;
         case Step::TextEnd:
-            if (!search('<', size)) {
-                if (found == kWait)
-                    return;
-                Stop(StringScanEnd::NoTextEnd, openQuote);
-                continue;
-            }
             scan.rows.push_back(
                 {QanStringViewT<char>(start + openQuote + 1, closeQuote - openQuote - 1),
                  QanStringViewT<char>(start + closeQuote + 2, found - closeQuote - 2)});
             rowStart = cursor = found + 1;
             step = Step::OpeningQuote;
-            continue;
+            break;
         case Step::Done:
             return;
         }
