@@ -59,4 +59,16 @@ QanStringT<wchar_t> DecodeStringText(QanStringViewT<char> text) {
     return result;
 }
 
+bool IsPlainText(QanStringViewT<char> text) {
+    return text.empty() || (!std::memchr(text.data(), 0, text.size()) &&
+                            !std::memchr(text.data(), '&', text.size()) &&
+                            !std::memchr(text.data(), '\\', text.size()));
+}
+
+QanStringT<wchar_t> DecodePlainText(QanStringViewT<char> text) {
+    QanStringT<wchar_t> result;
+    Utf8::DecodeAppend(text, result);
+    return result;
+}
+
 } // namespace Framework::Internal

@@ -111,6 +111,7 @@ constexpr std::uint64_t kBeforeLoad = std::uint64_t{1} << 59;
 constexpr std::uint64_t kAfterLoad = std::uint64_t{2} << 59;
 constexpr std::uint64_t kLoadBits = std::uint64_t{3} << 59;
 constexpr std::uint64_t kNoText = std::uint64_t{1} << 61;
+constexpr std::uint64_t kPlain = std::uint64_t{1} << 62; // IsPlainText holds for the text
 } // namespace TextWord
 
 // Whether view lies within the size bytes from base (none do when base is null).
@@ -202,7 +203,8 @@ struct StringResourceCollection::State {
             return LoadBits() | kNoText;
         if (text->size() > kLengthMax)
             return 0;
-        std::uint64_t word = LoadBits() | std::uint64_t{text->size()} << kLengthShift;
+        std::uint64_t word = LoadBits() | std::uint64_t{text->size()} << kLengthShift |
+                             (IsPlainText(*text) ? kPlain : 0);
         const char* base = strings.table.buffer.get();
         if (Within(*text, overrides.table.buffer.get(), overrides.table.size)) {
             base = overrides.table.buffer.get();
@@ -345,6 +347,7 @@ StringResourceCollection::GetResource(const QanStringT<wchar_t>& key, StringKind
     // are kept at the load, the full and override tables are never replaced), so the text
     // is decoded after the lock is released.
     QanStringViewT<char> found;
+    bool plain = false;
     {
         std::lock_guard<std::mutex> guard(state->lock);
         if (!slot)
@@ -366,8 +369,10 @@ StringResourceCollection::GetResource(const QanStringT<wchar_t>& key, StringKind
         if (!*known)
             return QanStringT<wchar_t>();
         found = **known;
+        // The slot's word is now this text's: whether it needs more than its UTF-8 decoded.
+        plain = slot && (slot->Text() & TextWord::kPlain) != 0;
     }
-    return DecodeStringText(found);
+    return plain ? DecodePlainText(found) : DecodeStringText(found);
 }
 
 } // namespace Framework::Internal

@@ -174,8 +174,15 @@ TEST_F(StringCollection, UnsortedAndRepeatedRowsAnswerAsTheBinarySearch) {
         keyRows.emplace_back(name("key.", n), name("ID_", n % 550));
         if (n % 3 == 0)
             startup.emplace_back(name("ID_", n), "start-up " + std::to_string(n));
+        // Some texts need more than their UTF-8 decoded (an entity, an escape, a zero byte
+        // that ends them), and must still do so when a later look-up takes them as kept.
+        std::string text = "full " + std::to_string(n);
+        if (n % 4 == 0)
+            text += " &amp; \\t";
+        if (n % 6 == 0)
+            text += std::string("\0after", 6);
         if (n % 5)
-            full.emplace_back(name("ID_", n), "full " + std::to_string(n));
+            full.emplace_back(name("ID_", n), text);
         if (n % 11 == 0)
             overrides.emplace_back(name("ID_", n), "override " + std::to_string(n));
     }
