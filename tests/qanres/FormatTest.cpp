@@ -26,6 +26,12 @@ TEST(Format, RepairsEveryFileFormAndRefusesWhatNeedsAGuess) {
          "c,3\r\n\nb,2\r\nb,1\na,0",
          "a,0\nb,2\nb,1\nc,3\n", true},
         {keys, "k ,x,y\n a,b\n", " a,b\nk ,x,y\n", true},
+        // A run of carriage returns ends its line like one (and a second run finds nothing).
+        {keys, "b,2\r\r\na,1\r\r", "a,1\nb,2\n", true},
+        {text,
+         "<?xml version=\"1.0\"?>\r\r\n<strings>\r\r\n  <s "
+         "id=\"A\">a\r\r\nb</s>\r\r\n</strings>\r\r",
+         "<?xml version=\"1.0\"?>\n<strings>\n  <s id=\"A\">a\r\r\nb</s>\n</strings>\n", true},
         {keys, "a,1\nlonely\nb,2\n", "2:1: line without", false},
         // The header alone on lines 1 and 2, elements sorted with their comments; an
         // element on line 2, which the library never reads, moved out with its "/>" and the

@@ -29,19 +29,30 @@ std::string Where(std::string_view bytes, std::size_t offset) {
     return std::to_string(at.line) + ":" + std::to_string(at.column) + ": ";
 }
 
+// The end of the run of carriage returns that starts at i (and stops at limit), when that
+// run ends a line: a line feed or the end of the bytes follows it. Otherwise i itself. A
+// line ended by "\r\r\n" is ended like one ended by "\r\n", so that a second fmt finds
+// nothing left to do.
+std::size_t LineEndingReturns(std::string_view bytes, std::size_t i, std::size_t limit) {
+    std::size_t end = i;
+    while (end < limit && bytes[end] == '\r')
+        ++end;
+    return end == bytes.size() || bytes[end] == '\n' ? end : i;
+}
+
 // Line feeds only, and one at the end.
 std::string NormaliseLineEnds(std::string_view in) {
     std::string out;
     out.reserve(in.size() + 1);
     for (std::size_t i = 0; i < in.size(); ++i) {
-        if (in[i] == '\r' && i + 1 < in.size() && in[i + 1] == '\n')
-            continue;
+        if (in[i] == '\r') {
+            if (const std::size_t end = LineEndingReturns(in, i, in.size()); end != i) {
+                i = end - 1; // the line feed, if any, comes next
+                continue;
+            }
+        }
         out += in[i];
     }
-    // A carriage return that ends the file is its last line end: the line feed added here
-    // would make a CR LF of it, which the next run would rewrite.
-    if (!out.empty() && out.back() == '\r')
-        out.back() = '\n';
     if (!out.empty() && out.back() != '\n')
         out += '\n';
     return out;
@@ -220,14 +231,16 @@ bool FormatTextFile(std::string_view b, std::string& out, std::string& reason) {
         while (k < kept.size() && kept[k].first + kept[k].second <= i)
             ++k;
         const bool inKeptText = k < kept.size() && i >= kept[k].first;
-        if (!inKeptText && joined[i] == '\r' && i + 1 < joined.size() && joined[i + 1] == '\n')
-            continue;
+        if (!inKeptText && joined[i] == '\r') {
+            // A run that ends a line, outside the kept texts (it stops at the next one).
+            const std::size_t limit = k < kept.size() ? kept[k].first : joined.size();
+            if (const std::size_t end = LineEndingReturns(joined, i, limit); end != i) {
+                i = end - 1;
+                continue;
+            }
+        }
         out += joined[i];
     }
-    // A carriage return that ends the file (after the root element, never in a text) is
-    // its last line end, not the start of a CR LF that the next run would rewrite.
-    if (out.back() == '\r')
-        out.back() = '\n';
     if (out.back() != '\n')
         out += '\n';
     return true;
@@ -261,7 +274,12 @@ bool FormatKeyTable(std::string_view b, std::string& out, std::string& reason) {
     for (const auto& line : lines) {
         out.append(line.key);
         out += ',';
-        out.append(line.id);
+        // Every carriage return that ends the line goes, not only the one before its
+        // line feed.
+        std::string_view id = line.id;
+        while (!id.empty() && id.back() == '\r')
+            id.remove_suffix(1);
+        out.append(id);
         out += '\n';
     }
     return true;
