@@ -5,13 +5,23 @@
 # invariant; the input that caused it is kept in build/fuzz/artifacts/.
 #
 # FUZZ_SECONDS (default 15) is each target's run time; FUZZ_TARGETS (default all) names
-# the targets to run. The grown corpora are kept in build/fuzz/corpus/<target>/ (the seeds
-# in fuzz/corpus/ are never written), so a longer local run can pick up where this left.
+# the targets to run. FUZZ_RUNS, when set, runs each target for that many inputs from a
+# fixed random seed and its checked-in seeds alone instead: the test suite's run, which
+# must not pass or fail by how fast the machine is. The grown
+# corpora are kept in build/fuzz/corpus/<target>/ (the seeds in fuzz/corpus/ are never
+# written), so a longer local run can pick up where this left.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 root=$(pwd)
 build=$root/build/fuzz
 seconds=${FUZZ_SECONDS:-15}
+if [ -n "${FUZZ_RUNS:-}" ]; then
+    limit=(-runs="$FUZZ_RUNS" -seed=1)
+    span="$FUZZ_RUNS inputs, seed 1"
+else
+    limit=(-max_total_time="$seconds")
+    span="${seconds}s"
+fi
 
 # The fuzz build compiles expat from its source tarball, like the Windows build.
 if [ ! -f build/_deps/expat_2.5.0.orig.tar.gz ]; then
@@ -53,10 +63,14 @@ for target in $(printf '%s\n' "${targets[@]}" | sort); do
         dict=(-dict="$build/dict/$target.dict")
     fi
     corpus=$build/corpus/$target
+    # A fixed run starts from the seeds alone, as on a fresh clone.
+    if [ -n "${FUZZ_RUNS:-}" ]; then
+        rm -rf "$corpus"
+    fi
     mkdir -p "$corpus"
     log=$build/artifacts/$target.log
-    echo "=== fuzz $target (${seconds}s)"
-    if "$build/bin/$target" "${dict[@]}" -max_total_time="$seconds" -timeout=10 \
+    echo "=== fuzz $target ($span)"
+    if "$build/bin/$target" "${dict[@]}" "${limit[@]}" -timeout=10 \
         -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="$build/artifacts/$target-" \
         "$corpus" "fuzz/corpus/$target" >"$log" 2>&1; then
         executions=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")

@@ -41,16 +41,30 @@ constexpr const char* kRepairedFindings[] = {
 
 // What a file says, whatever its layout: the id and text of each string element (a
 // self-closing one has an empty text), the key and id of each key-table line that is not
-// blank, the key and file of each icon map entry. fmt may reorder them and turns CR LF
-// into LF outside the texts (so also in an id); a text keeps every byte.
+// blank, the key and file of each icon map entry. fmt may reorder them and turns a run of
+// carriage returns before a line feed into the line feed outside the texts (so also in an
+// id, and at the end of a key table's id); a text keeps every byte.
 using Content = std::multiset<std::pair<std::string, std::string>>;
 
 std::string LineFeedsOnly(std::string_view text) {
     std::string out;
-    for (std::size_t i = 0; i < text.size(); ++i)
-        if (!(text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n'))
-            out += text[i];
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        std::size_t end = i;
+        while (end < text.size() && text[end] == '\r')
+            ++end;
+        if (end > i && end < text.size() && text[end] == '\n') {
+            i = end - 1; // a run of carriage returns before a line feed ends the line
+            continue;
+        }
+        out += text[i];
+    }
     return out;
+}
+
+std::string_view WithoutReturnsAtEnd(std::string_view id) {
+    while (!id.empty() && id.back() == '\r')
+        id.remove_suffix(1);
+    return id;
 }
 
 Content ContentOf(const std::string& name, std::string_view bytes) {
@@ -63,7 +77,7 @@ Content ContentOf(const std::string& name, std::string_view bytes) {
             bytes.remove_prefix(3);
         for (const auto& line : QanTool::ReadKeyLines(bytes))
             if (line.text.find_first_not_of(" \t\r\n") != std::string_view::npos)
-                content.emplace(line.key, line.id);
+                content.emplace(line.key, WithoutReturnsAtEnd(line.id));
     } else {
         for (const auto& element : QanTool::ReadAsMarkup(bytes).elements)
             if (element.quotedValues > 0)
@@ -114,10 +128,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                      change.original.c_str(), change.bytes.c_str());
     Check(again.changes.empty(), "fmt twice is fmt once");
 
+    // A finding is known by the words of its message. A file whose ids or texts hold those
+    // very words (the fuzzer learns them from this check) leaves them out of it: a message
+    // quoting such an id proves nothing.
+    const auto written = directory.Snapshot();
+    const auto inSomeFile = [&written](const char* words) {
+        for (const auto& [name, bytes] : written)
+            if (bytes.find(words) != std::string::npos)
+                return true;
+        return false;
+    };
     const QanTool::DiagnosticList findings = QanTool::LintDirectory(dir, "d");
     for (const auto& finding : findings.All())
         for (const char* repaired : kRepairedFindings)
-            if (finding.message.find(repaired) != std::string::npos) {
+            if (finding.message.find(repaired) != std::string::npos && !inSomeFile(repaired)) {
                 std::fprintf(stderr, "%s\n", QanTool::Format(finding).c_str());
                 Check(false, "lint after fmt reports nothing fmt repairs");
             }
